@@ -31,19 +31,19 @@ public:
     void setMarker(std::optional<KnownHostMarker> marker) { m_marker = marker; }
 
     /// The host patterns of the hosts field, split at commas and trimmed; hashed names stay as written.
-    QStringList hosts() const { return m_hosts; }
+    const QStringList& hosts() const { return m_hosts; }
     void setHosts(QStringList hosts) { m_hosts = std::move(hosts); }
 
     /// The key-type field as written, e.g. "ssh-ed25519"; not checked against a list of types.
-    QString keyType() const { return m_keyType; }
+    const QString& keyType() const { return m_keyType; }
     void setKeyType(QString keyType) { m_keyType = std::move(keyType); }
 
     /// The key field as written (base64); never decoded.
-    QString key() const { return m_key; }
+    const QString& key() const { return m_key; }
     void setKey(QString key) { m_key = std::move(key); }
 
     /// The fields after the key joined with single blanks; empty when there are none.
-    QString comment() const { return m_comment; }
+    const QString& comment() const { return m_comment; }
     void setComment(QString comment) { m_comment = std::move(comment); }
 
     /// True when a host pattern begins with "|1|" or "|2|" (as read; not kept in step with setHosts).
