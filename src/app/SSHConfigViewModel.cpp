@@ -1,0 +1,219 @@
+#include "SSHConfigViewModel.h"
+
+#include "ServiceError.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString allGroups = u"All"_s;
+
+} // namespace
+
+SSHConfigViewModel::SSHConfigViewModel(std::shared_ptr<SSHFileService> fileService,
+                                       std::shared_ptr<TerminalDiscovering> terminalDiscovery,
+                                       std::shared_ptr<TerminalLaunching> terminalLauncher,
+                                       std::shared_ptr<UserDefaultsStore> userDefaults, QObject* parent)
+    : QObject(parent)
+    , m_fileService(std::move(fileService))
+    , m_terminalDiscovery(std::move(terminalDiscovery))
+    , m_terminalLauncher(std::move(terminalLauncher))
+    , m_userDefaults(std::move(userDefaults))
+    , m_preferredTerminalBundleIdentifierKey(u"preferredTerminalBundleIdentifier"_s)
+    , m_selectedGroup(allGroups)
+{
+    Q_ASSERT(m_fileService && m_terminalDiscovery && m_terminalLauncher && m_userDefaults);
+    refreshTerminalApps();
+    load();
+}
+
+SSHConfigViewModel::~SSHConfigViewModel() = default;
+
+void SSHConfigViewModel::setRawText(const QString& rawText)
+{
+    change(m_rawText, rawText, &SSHConfigViewModel::rawTextChanged);
+}
+
+void SSHConfigViewModel::setSelectedHostID(const std::optional<QUuid>& id)
+{
+    change(m_selectedHostID, id, &SSHConfigViewModel::selectedHostIDChanged);
+}
+
+void SSHConfigViewModel::setSearchText(const QString& searchText)
+{
+    change(m_searchText, searchText, &SSHConfigViewModel::searchTextChanged);
+}
+
+void SSHConfigViewModel::setSelectedGroup(const QString& group)
+{
+    change(m_selectedGroup, group, &SSHConfigViewModel::selectedGroupChanged);
+}
+
+void SSHConfigViewModel::setSelectedKnownHostEntryID(const std::optional<QUuid>& id)
+{
+    change(m_selectedKnownHostEntryID, id, &SSHConfigViewModel::selectedKnownHostEntryIDChanged);
+}
+
+void SSHConfigViewModel::setKnownHostsSearchText(const QString& searchText)
+{
+    change(m_knownHostsSearchText, searchText, &SSHConfigViewModel::knownHostsSearchTextChanged);
+}
+
+void SSHConfigViewModel::setActiveEditorTab(EditorTab tab)
+{
+    change(m_activeEditorTab, tab, &SSHConfigViewModel::activeEditorTabChanged);
+}
+
+void SSHConfigViewModel::setRawEditorDirty(bool dirty)
+{
+    change(m_rawEditorDirty, dirty, &SSHConfigViewModel::rawEditorDirtyChanged);
+}
+
+void SSHConfigViewModel::setRawTextDirty(bool dirty)
+{
+    change(m_rawTextDirty, dirty, &SSHConfigViewModel::rawTextDirtyChanged);
+}
+
+void SSHConfigViewModel::markRawTextEdited()
+{
+    setRawEditorDirty(true);
+    setRawTextDirty(true);
+}
+
+void SSHConfigViewModel::setStatusMessage(const QString& message)
+{
+    change(m_statusMessage, message, &SSHConfigViewModel::statusMessageChanged);
+}
+
+void SSHConfigViewModel::setParseErrors(const QList<SSHParseError>& errors)
+{
+    change(m_parseErrors, errors, &SSHConfigViewModel::parseErrorsChanged);
+}
+
+void SSHConfigViewModel::setKnownHostsDirty(bool dirty)
+{
+    change(m_knownHostsDirty, dirty, &SSHConfigViewModel::knownHostsDirtyChanged);
+}
+
+void SSHConfigViewModel::setLastBackupPath(const QString& path)
+{
+    change(m_lastBackupPath, path, &SSHConfigViewModel::lastBackupPathChanged);
+}
+
+void SSHConfigViewModel::setSelectedTerminalBundleIdentifier(const QString& bundleIdentifier)
+{
+    change(m_selectedTerminalBundleIdentifier, bundleIdentifier,
+           &SSHConfigViewModel::selectedTerminalBundleIdentifierChanged);
+}
+
+void SSHConfigViewModel::replaceDocument(const SSHConfigDocument& document)
+{
+    if (m_document == document)
+        return;
+    Q_EMIT hostsAboutToBeReset();
+    m_document = document;
+    Q_EMIT hostsReset();
+    Q_EMIT documentChanged();
+}
+
+void SSHConfigViewModel::replaceKnownHosts(const KnownHostsDocument& document,
+                                           const QList<KnownHostsParseError>& errors)
+{
+    if (!(m_knownHostsDocument == document)) {
+        Q_EMIT knownHostsAboutToBeReset();
+        m_knownHostsDocument = document;
+        Q_EMIT knownHostsReset();
+        Q_EMIT knownHostsDocumentChanged();
+    }
+    change(m_knownHostsParseErrors, errors, &SSHConfigViewModel::knownHostsParseErrorsChanged);
+}
+
+void SSHConfigViewModel::load()
+{
+    const QString configSentence = loadConfig();
+    const QString knownHostsSentence = loadKnownHosts();
+    setStatusMessage(configSentence + u' ' + knownHostsSentence);
+}
+
+QString SSHConfigViewModel::loadConfig()
+{
+    QString text;
+    try {
+        text = m_fileService->readConfig();
+    } catch (const ServiceError& error) {
+        return u"Config laden mislukt: "_s + error.description();
+    }
+    setRawText(text);
+    SSHConfigParseResult parsed = m_parser.parse(text);
+    replaceDocument(parsed.document);
+    setParseErrors(parsed.errors);
+    ensureValidHostSelection();
+    setRawEditorDirty(false);
+    setRawTextDirty(false);
+    return u"SSH configuratie geladen."_s;
+}
+
+QString SSHConfigViewModel::loadKnownHosts()
+{
+    QString text;
+    try {
+        text = m_fileService->readKnownHosts();
+    } catch (const ServiceError& error) {
+        replaceKnownHosts(KnownHostsDocument(), {});
+        setSelectedKnownHostEntryID(std::nullopt);
+        setKnownHostsDirty(false);
+        change(m_knownHostsEntryCount, qsizetype(0), &SSHConfigViewModel::knownHostsEntryCountChanged);
+        return u"known_hosts laden mislukt: "_s + error.description();
+    }
+    KnownHostsParseResult parsed = m_knownHostsService.parse(text);
+    replaceKnownHosts(parsed.document, parsed.errors);
+    ensureValidKnownHostSelection();
+    setKnownHostsDirty(false);
+    updateKnownHostsEntryCount();
+    if (!m_knownHostsParseErrors.isEmpty())
+        return u"known_hosts geladen met "_s + QString::number(m_knownHostsParseErrors.size()) + u" parsefout(en)."_s;
+    return u"known_hosts geladen."_s;
+}
+
+void SSHConfigViewModel::ensureValidHostSelection()
+{
+    const QList<SSHHost>& hosts = m_document.hosts;
+    if (m_selectedHostID) {
+        for (const SSHHost& host : hosts) {
+            if (host.id() == *m_selectedHostID)
+                return;
+        }
+    }
+    for (const SSHHost& host : hosts) {
+        for (const QString& pattern : host.patterns) {
+            if (isPlainHostName(pattern)) {
+                setSelectedHostID(host.id());
+                return;
+            }
+        }
+    }
+    setSelectedHostID(hosts.isEmpty() ? std::nullopt : std::optional<QUuid>(hosts.first().id()));
+}
+
+void SSHConfigViewModel::ensureValidKnownHostSelection()
+{
+    if (m_selectedKnownHostEntryID && indexOfKnownHostRecord(*m_selectedKnownHostEntryID))
+        return;
+    for (const KnownHostsRecord& record : m_knownHostsDocument.records()) {
+        if (const KnownHostEntry* entry = record.kind().entry()) {
+            setSelectedKnownHostEntryID(entry->id());
+            return;
+        }
+    }
+    setSelectedKnownHostEntryID(std::nullopt);
+}
+
+void SSHConfigViewModel::updateKnownHostsEntryCount()
+{
+    qsizetype count = 0;
+    for (const KnownHostsRecord& record : m_knownHostsDocument.records()) {
+        if (record.kind().isEntry())
+            ++count;
+    }
+    change(m_knownHostsEntryCount, count, &SSHConfigViewModel::knownHostsEntryCountChanged);
+}

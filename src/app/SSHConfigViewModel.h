@@ -1,0 +1,378 @@
+#pragma once
+
+#include "HostFieldRules.h"
+#include "KnownHostsService.h"
+#include "SSHConfigParser.h"
+#include "SSHFileService.h"
+#include "TerminalApp.h"
+#include "TerminalDiscovering.h"
+#include "TerminalLaunching.h"
+#include "UserDefaultsStore.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QUuid>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+/// The whole state of the application and every user action on it.
+///
+/// One instance lives for the whole run; the windows show its properties and call its operations.
+/// Every operation runs to completion on the calling (user-interface) thread and, where it has
+/// something to say, replaces statusMessage with one Dutch sentence. No operation throws: service
+/// errors are caught and become that sentence. Every property's change signal fires exactly once for
+/// a real change and never for a write of an equal value.
+///
+/// Besides the per-property signals, fine-grained signals (hostInserted, knownHostRecordRemoved, ...)
+/// let HostListModel and KnownHostsModel follow the two documents row by row; whole-document
+/// replacements (load, parse) are announced as resets.
+///
+/// The operations are implemented in one source file per concern: SSHConfigViewModel.cpp (state and
+/// loading), ...HostList.cpp, ...HostEditing.cpp, ...RawText.cpp, ...KnownHosts.cpp, ...Connect.cpp and
+/// ...Terminal.cpp.
+class SSHConfigViewModel : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(SSHConfigDocument document READ document NOTIFY documentChanged)
+    Q_PROPERTY(QString rawText READ rawText WRITE setRawText NOTIFY rawTextChanged)
+    Q_PROPERTY(QList<SSHParseError> parseErrors READ parseErrors NOTIFY parseErrorsChanged)
+    Q_PROPERTY(std::optional<QUuid> selectedHostID READ selectedHostID WRITE setSelectedHostID NOTIFY
+                   selectedHostIDChanged)
+    Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged)
+    Q_PROPERTY(QString selectedGroup READ selectedGroup WRITE setSelectedGroup NOTIFY selectedGroupChanged)
+    Q_PROPERTY(KnownHostsDocument knownHostsDocument READ knownHostsDocument NOTIFY knownHostsDocumentChanged)
+    Q_PROPERTY(QList<KnownHostsParseError> knownHostsParseErrors READ knownHostsParseErrors NOTIFY
+                   knownHostsParseErrorsChanged)
+    Q_PROPERTY(std::optional<QUuid> selectedKnownHostEntryID READ selectedKnownHostEntryID WRITE
+                   setSelectedKnownHostEntryID NOTIFY selectedKnownHostEntryIDChanged)
+    Q_PROPERTY(QString knownHostsSearchText READ knownHostsSearchText WRITE setKnownHostsSearchText NOTIFY
+                   knownHostsSearchTextChanged)
+    Q_PROPERTY(QList<TerminalApp> availableTerminalApps READ availableTerminalApps NOTIFY
+                   availableTerminalAppsChanged)
+    Q_PROPERTY(QString selectedTerminalBundleIdentifier READ selectedTerminalBundleIdentifier NOTIFY
+                   selectedTerminalBundleIdentifierChanged)
+    Q_PROPERTY(EditorTab activeEditorTab READ activeEditorTab WRITE setActiveEditorTab NOTIFY
+                   activeEditorTabChanged)
+    Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
+    Q_PROPERTY(bool rawEditorDirty READ rawEditorDirty WRITE setRawEditorDirty NOTIFY rawEditorDirtyChanged)
+    Q_PROPERTY(bool rawTextDirty READ rawTextDirty WRITE setRawTextDirty NOTIFY rawTextDirtyChanged)
+    Q_PROPERTY(bool knownHostsDirty READ knownHostsDirty NOTIFY knownHostsDirtyChanged)
+    Q_PROPERTY(qsizetype knownHostsEntryCount READ knownHostsEntryCount NOTIFY knownHostsEntryCountChanged)
+    Q_PROPERTY(QString lastBackupPath READ lastBackupPath NOTIFY lastBackupPathChanged)
+
+public:
+    /// Which editor the main window shows.
+    enum class EditorTab
+    {
+        structured,
+        raw,
+        knownHosts,
+    };
+    Q_ENUM(EditorTab)
+
+    /// What a known_hosts entry gives for finding or making a config host block.
+    struct KnownHostSeed
+    {
+        /// The pattern of the host block to find or create.
+        QString alias;
+        /// The value of its "HostName" option (as built here, always equal to alias).
+        QString hostName;
+        /// The value of its "User" option, when the entry names a user.
+        std::optional<QString> user;
+        /// The value of its "Port" option (digits only), when the entry names a port.
+        std::optional<QString> port;
+
+        friend bool operator==(const KnownHostSeed&, const KnownHostSeed&) = default;
+    };
+
+    /// The host text and optional digits-only port that connecting to a known_hosts entry uses.
+    struct ConnectTarget
+    {
+        QString host;
+        std::optional<QString> port;
+
+        friend bool operator==(const ConnectTarget&, const ConnectTarget&) = default;
+    };
+
+    /// Sets every property to its initial value, refreshes the terminal list and restores the
+    /// stored terminal choice, then loads both files. No service may be null.
+    SSHConfigViewModel(std::shared_ptr<SSHFileService> fileService,
+                       std::shared_ptr<TerminalDiscovering> terminalDiscovery,
+                       std::shared_ptr<TerminalLaunching> terminalLauncher,
+                       std::shared_ptr<UserDefaultsStore> userDefaults, QObject* parent = nullptr);
+    ~SSHConfigViewModel() override;
+
+    // --- Published fields -------------------------------------------------------------------------
+
+    const SSHConfigDocument& document() const { return m_document; }
+    const QString& rawText() const { return m_rawText; }
+    /// The raw editor writes here directly; it reports the edit separately (markRawTextEdited()).
+    void setRawText(const QString& rawText);
+    const QList<SSHParseError>& parseErrors() const { return m_parseErrors; }
+    const std::optional<QUuid>& selectedHostID() const { return m_selectedHostID; }
+    void setSelectedHostID(const std::optional<QUuid>& id);
+    const QString& searchText() const { return m_searchText; }
+    void setSearchText(const QString& searchText);
+    /// "All" (exactly) means no group filter; any other text filters by that group, ignoring case.
+    const QString& selectedGroup() const { return m_selectedGroup; }
+    void setSelectedGroup(const QString& group);
+    const KnownHostsDocument& knownHostsDocument() const { return m_knownHostsDocument; }
+    const QList<KnownHostsParseError>& knownHostsParseErrors() const { return m_knownHostsParseErrors; }
+    const std::optional<QUuid>& selectedKnownHostEntryID() const { return m_selectedKnownHostEntryID; }
+    void setSelectedKnownHostEntryID(const std::optional<QUuid>& id);
+    const QString& knownHostsSearchText() const { return m_knownHostsSearchText; }
+    void setKnownHostsSearchText(const QString& searchText);
+    const QList<TerminalApp>& availableTerminalApps() const { return m_availableTerminalApps; }
+    /// Empty when no terminal application is available; changed only by refreshTerminalApps() and
+    /// selectTerminal().
+    const QString& selectedTerminalBundleIdentifier() const { return m_selectedTerminalBundleIdentifier; }
+    EditorTab activeEditorTab() const { return m_activeEditorTab; }
+    void setActiveEditorTab(EditorTab tab);
+    const QString& statusMessage() const { return m_statusMessage; }
+    bool rawEditorDirty() const { return m_rawEditorDirty; }
+    /// The editors set this when they report a change; saves and loads clear it.
+    void setRawEditorDirty(bool dirty);
+    bool rawTextDirty() const { return m_rawTextDirty; }
+    void setRawTextDirty(bool dirty);
+    /// The raw editor's one report that the user changed the text: sets rawEditorDirty, then rawTextDirty.
+    void markRawTextEdited();
+    bool knownHostsDirty() const { return m_knownHostsDirty; }
+    /// Records of kind entry in knownHostsDocument, commented-out entries included.
+    qsizetype knownHostsEntryCount() const { return m_knownHostsEntryCount; }
+    const QString& lastBackupPath() const { return m_lastBackupPath; }
+
+    // --- Fixed fields -----------------------------------------------------------------------------
+
+    const SSHFileService& fileService() const { return *m_fileService; }
+    const SSHConfigParser& parser() const { return m_parser; }
+    const KnownHostsService& knownHostsService() const { return m_knownHostsService; }
+    const TerminalDiscovering& terminalDiscovery() const { return *m_terminalDiscovery; }
+    TerminalLaunching& terminalLauncher() const { return *m_terminalLauncher; }
+    UserDefaultsStore& userDefaults() const { return *m_userDefaults; }
+    /// "preferredTerminalBundleIdentifier", the one persistent preference.
+    const QString& preferredTerminalBundleIdentifierKey() const { return m_preferredTerminalBundleIdentifierKey; }
+
+    // --- State and loading (SSHConfigViewModel.cpp) ------------------------------------------------
+
+    /// Reads and parses both files again (a missing file reads as empty), repairs both selections,
+    /// counts the entries and sets statusMessage to the two outcomes joined by one blank. A config
+    /// read failure keeps the config state; a known_hosts read failure empties the known_hosts state.
+    /// Unsaved changes are discarded without a question.
+    void load();
+    /// Keeps a selected host that exists, else selects the first host with a plain pattern, else the
+    /// first host, else nothing.
+    void ensureValidHostSelection();
+    /// Keeps a selected entry that exists, else selects the first entry, else nothing.
+    void ensureValidKnownHostSelection();
+    void updateKnownHostsEntryCount();
+
+    // --- Host list (SSHConfigViewModelHostList.cpp) -------------------------------------------------
+
+    /// The hosts that hostMatchesFilters() keeps for the current searchText and selectedGroup, in
+    /// document order.
+    QList<SSHHost> filteredHosts() const;
+    /// searchText trimmed of blanks and line breaks and lower-cased: the query filteredHosts() uses.
+    QString hostSearchQuery() const;
+    /// The group test of selectedGroup, then (for a non-empty lower-cased query) a substring search in
+    /// the patterns, the groups and each option's "key value"; comments and blank lines are not searched.
+    bool hostMatchesFilters(const SSHHost& host, QStringView loweredQuery) const;
+    /// Every group of the hosts and of the group comments among the global items, each once (first
+    /// spelling wins), sorted by a locale-aware case-insensitive comparison.
+    QStringList availableGroups() const;
+    /// The group named by a comment "# Group: name" (any letter case of "group:"), or nothing.
+    static std::optional<QString> groupDeclarationName(QStringView commentText);
+    /// True when no search text (blanks aside) and no group filter are active, so list positions are
+    /// document positions.
+    bool canReorderHosts() const;
+    /// Moves the hosts at fromOffsets to toOffset (a position before the move; the moved hosts keep
+    /// their order). Refused with a status sentence while a filter is active. Offsets outside the
+    /// document are ignored and toOffset is clamped to it.
+    void moveHosts(const QList<qsizetype>& fromOffsets, qsizetype toOffset);
+    /// The position of the selected host in document().hosts, or nothing.
+    std::optional<qsizetype> selectedHostIndex() const;
+
+    // --- Host editing and groups (SSHConfigViewModelHostEditing.cpp) ---------------------------------
+
+    /// Appends a "new-host" block (in the active group filter's group, if any) and selects it.
+    void addHost();
+    /// Removes the selected host and selects its successor, else the new last host; silent without a
+    /// selection.
+    void deleteSelectedHost();
+    /// A copy of the host at position; position must lie inside document().hosts.
+    SSHHost host(qsizetype position) const;
+    /// Replaces the host at position (which must lie inside document().hosts) and marks the config changed.
+    void updateHost(const SSHHost& host, qsizetype position);
+    /// Switches the group filter to an existing group of that name (ignoring case), or attaches the new
+    /// group to the selected host. Returns false, with a status sentence, for an empty name or when a new
+    /// group has no selected host to go to.
+    bool createGroupForSelectedHost(const QString& name);
+
+    // --- Raw text and saving (SSHConfigViewModelRawText.cpp) ----------------------------------------
+
+    /// Parses rawText into the document (what could be read replaces it) and reports the error count.
+    void parseRawText();
+    /// Parses rawText and, when it has no errors, writes it unchanged; refused on parse errors.
+    void saveRawText();
+    /// Serializes the document into rawText and writes it.
+    void saveConfig();
+    /// Renumbers the entries, serializes knownHostsDocument and writes it.
+    void saveKnownHosts();
+    /// The save the active tab calls for: see the table in SSHConfigViewModelRawText.cpp.
+    void saveCurrentTab();
+    /// Replaces rawText by the serialized document, unless the user has typed in the raw editor.
+    void refreshRawTextFromDocument();
+
+    // --- known_hosts actions (SSHConfigViewModelKnownHosts.cpp) --------------------------------------
+
+    /// knownHostsSearchText trimmed of blanks and line breaks and lower-cased.
+    QString knownHostsSearchQuery() const;
+    /// The entries of all entry records in record order that match knownHostsSearchQuery().
+    QList<KnownHostEntry> filteredKnownHostEntries() const;
+    /// True when the lower-cased query occurs in the entry's hosts joined with one blank, its marker's
+    /// text, its key type, one blank and key, or its comment (all lower-cased); an empty query matches.
+    static bool knownHostEntryMatches(const KnownHostEntry& entry, QStringView loweredQuery);
+    /// The entry selectedKnownHostEntryID names, or nothing.
+    std::optional<KnownHostEntry> selectedKnownHostEntry() const;
+    /// Sets (or with nothing, removes) the selected entry's marker.
+    void setMarkerOnSelectedKnownHostEntry(std::optional<KnownHostMarker> marker);
+    /// "Uncomment" for a selected commented-out entry, else "Comment Out".
+    QString knownHostCommentActionTitle() const;
+    void toggleCommentOnSelectedKnownHostEntry();
+    /// Selects the config host whose pattern is the entry's alias, or creates one, and shows the
+    /// structured editor.
+    void openSSHHostForSelectedKnownHostEntry();
+    void deleteSelectedKnownHostEntry();
+    /// Sets every entry's lineNumber to its record's position plus one.
+    void renumberKnownHostEntries();
+    /// The position of the record holding the entry with that id, or nothing.
+    std::optional<qsizetype> indexOfKnownHostRecord(const QUuid& entryID) const;
+    /// Alias, host name, user and port for a config host made from the entry, or nothing when the
+    /// entry names no usable host.
+    static std::optional<KnownHostSeed> knownHostSeed(const KnownHostEntry& entry);
+    static std::optional<BracketedHostPort> parseBracketedHostPort(QStringView text);
+
+    // --- Connect (SSHConfigViewModelConnect.cpp) ---------------------------------------------------
+
+    void connectSelectedHost();
+    void connectSelectedKnownHostEntry();
+    /// The host's first plain pattern, untrimmed, or nothing.
+    static std::optional<QString> connectableAlias(const SSHHost& host);
+    /// The host and optional port to connect to for the entry, or nothing.
+    static std::optional<ConnectTarget> connectTarget(const KnownHostEntry& entry);
+    static QString shellQuoted(QStringView text);
+    /// Hands command to the launcher with selectedTerminalApp() and reports the outcome, naming target.
+    void launchInTerminal(const QString& command, const QString& target);
+
+    // --- Terminal preference (SSHConfigViewModelTerminal.cpp) ----------------------------------------
+
+    /// Asks discovery again and restores the stored choice, else "com.apple.Terminal", else the first app.
+    void refreshTerminalApps();
+    /// Chooses and stores the app with that bundle identifier; does nothing for an identifier not in
+    /// availableTerminalApps.
+    void selectTerminal(const QString& bundleIdentifier);
+    /// The app selectedTerminalBundleIdentifier names, or nothing.
+    std::optional<TerminalApp> selectedTerminalApp() const;
+
+Q_SIGNALS:
+    void documentChanged();
+    void rawTextChanged();
+    void parseErrorsChanged();
+    void selectedHostIDChanged();
+    void searchTextChanged();
+    void selectedGroupChanged();
+    void knownHostsDocumentChanged();
+    void knownHostsParseErrorsChanged();
+    void selectedKnownHostEntryIDChanged();
+    void knownHostsSearchTextChanged();
+    void availableTerminalAppsChanged();
+    void selectedTerminalBundleIdentifierChanged();
+    void activeEditorTabChanged();
+    void statusMessageChanged();
+    void rawEditorDirtyChanged();
+    void rawTextDirtyChanged();
+    void knownHostsDirtyChanged();
+    void knownHostsEntryCountChanged();
+    void lastBackupPathChanged();
+
+    // Row-level changes of document().hosts, for list adapters. Each "about to" signal comes before the
+    // change, its partner after; positions are those of document().hosts.
+    void hostsAboutToBeReset();
+    void hostsReset();
+    void hostAboutToBeInserted(qsizetype position);
+    void hostInserted(qsizetype position);
+    void hostAboutToBeRemoved(qsizetype position);
+    void hostRemoved(qsizetype position);
+    /// One host moves from position from to position to (its position after the move).
+    void hostAboutToBeMoved(qsizetype from, qsizetype to);
+    void hostMoved(qsizetype from, qsizetype to);
+    void hostChanged(qsizetype position);
+
+    // Record-level changes of knownHostsDocument().records(), for list adapters.
+    void knownHostsAboutToBeReset();
+    void knownHostsReset();
+    void knownHostRecordAboutToBeRemoved(qsizetype recordPosition);
+    void knownHostRecordRemoved(qsizetype recordPosition);
+    /// The entries of the records first..last (inclusive) changed in place; lineNumberOnly when only
+    /// their line numbers did.
+    void knownHostRecordsChanged(qsizetype first, qsizetype last, bool lineNumberOnly);
+
+private:
+    template <typename T>
+    bool change(T& field, const T& value, void (SSHConfigViewModel::*changed)())
+    {
+        if (field == value)
+            return false;
+        field = value;
+        Q_EMIT(this->*changed)();
+        return true;
+    }
+
+    void setStatusMessage(const QString& message);
+    void setParseErrors(const QList<SSHParseError>& errors);
+    void setKnownHostsDirty(bool dirty);
+    void setLastBackupPath(const QString& path);
+    void setSelectedTerminalBundleIdentifier(const QString& bundleIdentifier);
+    void replaceDocument(const SSHConfigDocument& document);
+    void replaceKnownHosts(const KnownHostsDocument& document, const QList<KnownHostsParseError>& errors);
+    void insertHost(const SSHHost& host, qsizetype position);
+    void removeHost(qsizetype position);
+    bool moveHost(qsizetype from, qsizetype to);
+    QString loadConfig();
+    QString loadKnownHosts();
+    const KnownHostEntry* selectedEntry() const;
+    bool changeSelectedEntry(const std::function<void(KnownHostEntry&)>& edit);
+    void openSeedInConfig(const KnownHostSeed& seed);
+    QString writeConfigText(const QString& text, const QString& prefixOnSuccess);
+
+    std::shared_ptr<SSHFileService> m_fileService;
+    SSHConfigParser m_parser;
+    KnownHostsService m_knownHostsService;
+    std::shared_ptr<TerminalDiscovering> m_terminalDiscovery;
+    std::shared_ptr<TerminalLaunching> m_terminalLauncher;
+    std::shared_ptr<UserDefaultsStore> m_userDefaults;
+    QString m_preferredTerminalBundleIdentifierKey;
+
+    SSHConfigDocument m_document;
+    QString m_rawText;
+    QList<SSHParseError> m_parseErrors;
+    std::optional<QUuid> m_selectedHostID;
+    QString m_searchText;
+    QString m_selectedGroup;
+    KnownHostsDocument m_knownHostsDocument;
+    QList<KnownHostsParseError> m_knownHostsParseErrors;
+    std::optional<QUuid> m_selectedKnownHostEntryID;
+    QString m_knownHostsSearchText;
+    QList<TerminalApp> m_availableTerminalApps;
+    QString m_selectedTerminalBundleIdentifier;
+    EditorTab m_activeEditorTab = EditorTab::structured;
+    QString m_statusMessage;
+    bool m_rawEditorDirty = false;
+    bool m_rawTextDirty = false;
+    bool m_knownHostsDirty = false;
+    qsizetype m_knownHostsEntryCount = 0;
+    QString m_lastBackupPath;
+};

@@ -1,0 +1,226 @@
+// known_hosts actions: search, marker, comment toggle, delete, renumbering and the config host seed.
+
+#include "SSHConfigViewModel.h"
+
+#include "LoweredTextSearch.h"
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString selectEntryFirst = u"Selecteer eerst een known_hosts entry."_s;
+
+} // namespace
+
+QString SSHConfigViewModel::knownHostsSearchQuery() const
+{
+    return m_knownHostsSearchText.trimmed().toLower();
+}
+
+QList<KnownHostEntry> SSHConfigViewModel::filteredKnownHostEntries() const
+{
+    const QString query = knownHostsSearchQuery();
+    QList<KnownHostEntry> result;
+    for (const KnownHostsRecord& record : m_knownHostsDocument.records()) {
+        const KnownHostEntry* entry = record.kind().entry();
+        if (entry && knownHostEntryMatches(*entry, query))
+            result.append(*entry);
+    }
+    return result;
+}
+
+bool SSHConfigViewModel::knownHostEntryMatches(const KnownHostEntry& entry, QStringView loweredQuery)
+{
+    if (loweredQuery.isEmpty())
+        return true;
+    if (LoweredTextSearch::containsInJoined(entry.hosts(), loweredQuery))
+        return true;
+    const std::optional<KnownHostMarker> marker = entry.marker();
+    if (marker && LoweredTextSearch::contains(knownHostMarkerRawValue(*marker), loweredQuery))
+        return true;
+    return LoweredTextSearch::containsInPair(entry.keyType(), entry.key(), loweredQuery)
+        || LoweredTextSearch::contains(entry.comment(), loweredQuery);
+}
+
+const KnownHostEntry* SSHConfigViewModel::selectedEntry() const
+{
+    if (!m_selectedKnownHostEntryID)
+        return nullptr;
+    const std::optional<qsizetype> position = indexOfKnownHostRecord(*m_selectedKnownHostEntryID);
+    return position ? m_knownHostsDocument.records().at(*position).kind().entry() : nullptr;
+}
+
+std::optional<KnownHostEntry> SSHConfigViewModel::selectedKnownHostEntry() const
+{
+    const KnownHostEntry* entry = selectedEntry();
+    return entry ? std::optional<KnownHostEntry>(*entry) : std::nullopt;
+}
+
+std::optional<qsizetype> SSHConfigViewModel::indexOfKnownHostRecord(const QUuid& entryID) const
+{
+    const QList<KnownHostsRecord>& records = m_knownHostsDocument.records();
+    for (qsizetype i = 0; i < records.size(); ++i) {
+        const KnownHostEntry* entry = records.at(i).kind().entry();
+        if (entry && entry->id() == entryID)
+            return i;
+    }
+    return std::nullopt;
+}
+
+// Applies edit to the selected entry in place and does the bookkeeping every entry change needs.
+// Returns false, having said so, when nothing is selected.
+bool SSHConfigViewModel::changeSelectedEntry(const std::function<void(KnownHostEntry&)>& edit)
+{
+    const std::optional<qsizetype> position =
+        m_selectedKnownHostEntryID ? indexOfKnownHostRecord(*m_selectedKnownHostEntryID) : std::nullopt;
+    if (!position) {
+        setStatusMessage(selectEntryFirst);
+        return false;
+    }
+    KnownHostEntry* entry = m_knownHostsDocument.records()[*position].kind().entry();
+    const KnownHostEntry before = *entry;
+    edit(*entry);
+    if (!(before == *entry)) {
+        Q_EMIT knownHostRecordsChanged(*position, *position, false);
+        Q_EMIT knownHostsDocumentChanged();
+    }
+    setKnownHostsDirty(true);
+    renumberKnownHostEntries();
+    updateKnownHostsEntryCount();
+    return true;
+}
+
+void SSHConfigViewModel::setMarkerOnSelectedKnownHostEntry(std::optional<KnownHostMarker> marker)
+{
+    if (!changeSelectedEntry([marker](KnownHostEntry& entry) { entry.setMarker(marker); }))
+        return;
+    if (marker)
+        setStatusMessage(u"Marker gezet op "_s + knownHostMarkerRawValue(*marker) + u"."_s);
+    else
+        setStatusMessage(u"Marker verwijderd."_s);
+}
+
+QString SSHConfigViewModel::knownHostCommentActionTitle() const
+{
+    const KnownHostEntry* entry = selectedEntry();
+    return (entry && entry->isCommentedOut()) ? u"Uncomment"_s : u"Comment Out"_s;
+}
+
+void SSHConfigViewModel::toggleCommentOnSelectedKnownHostEntry()
+{
+    if (!changeSelectedEntry([](KnownHostEntry& entry) { entry.setCommentedOut(!entry.isCommentedOut()); }))
+        return;
+    const KnownHostEntry* entry = selectedEntry();
+    if (entry && entry->isCommentedOut())
+        setStatusMessage(u"Entry is uitgecommentarieerd."_s);
+    else
+        setStatusMessage(u"Entry is weer actief gemaakt."_s);
+}
+
+void SSHConfigViewModel::deleteSelectedKnownHostEntry()
+{
+    const std::optional<qsizetype> position =
+        m_selectedKnownHostEntryID ? indexOfKnownHostRecord(*m_selectedKnownHostEntryID) : std::nullopt;
+    if (!position) {
+        setStatusMessage(selectEntryFirst);
+        return;
+    }
+    Q_EMIT knownHostRecordAboutToBeRemoved(*position);
+    m_knownHostsDocument.records().removeAt(*position);
+    Q_EMIT knownHostRecordRemoved(*position);
+    Q_EMIT knownHostsDocumentChanged();
+    setKnownHostsDirty(true);
+    renumberKnownHostEntries();
+    updateKnownHostsEntryCount();
+    ensureValidKnownHostSelection();
+    setStatusMessage(u"known_hosts entry verwijderd."_s);
+}
+
+void SSHConfigViewModel::renumberKnownHostEntries()
+{
+    QList<KnownHostsRecord>& records = m_knownHostsDocument.records();
+    qsizetype first = std::numeric_limits<qsizetype>::max();
+    qsizetype last = -1;
+    for (qsizetype i = 0; i < records.size(); ++i) {
+        // Reading through a const reference first keeps an untouched list from detaching.
+        const KnownHostEntry* current = std::as_const(records).at(i).kind().entry();
+        const int lineNumber = static_cast<int>(i + 1);
+        if (!current || current->lineNumber() == lineNumber)
+            continue;
+        records[i].kind().entry()->setLineNumber(lineNumber);
+        first = std::min(first, i);
+        last = i;
+    }
+    if (last < 0)
+        return;
+    Q_EMIT knownHostRecordsChanged(first, last, true);
+    Q_EMIT knownHostsDocumentChanged();
+}
+
+std::optional<SSHConfigViewModel::KnownHostSeed> SSHConfigViewModel::knownHostSeed(const KnownHostEntry& entry)
+{
+    const std::optional<QString> field = chosenKnownHostField(entry.hosts());
+    if (!field)
+        return std::nullopt;
+    const QString& text = *field;
+    if (const std::optional<BracketedHostPort> hostPort = ::parseBracketedHostPort(text))
+        return KnownHostSeed{hostPort->host, hostPort->host, std::nullopt, hostPort->port};
+    const qsizetype at = text.indexOf(u'@');
+    if (at <= 0)
+        return KnownHostSeed{text, text, std::nullopt, std::nullopt};
+    const QString user = text.left(at).trimmed();
+    const std::optional<QString> seedUser = user.isEmpty() ? std::nullopt : std::optional<QString>(user);
+    const QString host = text.mid(at + 1).trimmed();
+    if (const std::optional<BracketedHostPort> hostPort = ::parseBracketedHostPort(host))
+        return KnownHostSeed{hostPort->host, hostPort->host, seedUser, hostPort->port};
+    if (isPlainHostName(host))
+        return KnownHostSeed{host, host, seedUser, std::nullopt};
+    return std::nullopt;
+}
+
+std::optional<BracketedHostPort> SSHConfigViewModel::parseBracketedHostPort(QStringView text)
+{
+    return ::parseBracketedHostPort(text);
+}
+
+void SSHConfigViewModel::openSSHHostForSelectedKnownHostEntry()
+{
+    const KnownHostEntry* entry = selectedEntry();
+    if (!entry) {
+        setStatusMessage(selectEntryFirst);
+        return;
+    }
+    const std::optional<KnownHostSeed> seed = knownHostSeed(*entry);
+    if (!seed) {
+        setStatusMessage(u"Kan geen bruikbare host-alias bepalen uit deze known_hosts entry."_s);
+        return;
+    }
+    openSeedInConfig(*seed);
+}
+
+void SSHConfigViewModel::openSeedInConfig(const KnownHostSeed& seed)
+{
+    for (const SSHHost& existing : m_document.hosts) {
+        for (const QString& pattern : existing.patterns) {
+            if (pattern.compare(seed.alias, Qt::CaseInsensitive) != 0)
+                continue;
+            setSelectedHostID(existing.id());
+            setActiveEditorTab(EditorTab::structured);
+            setStatusMessage(u"Bestaande SSH-config host geselecteerd: "_s + seed.alias);
+            return;
+        }
+    }
+    QList<SSHHostItem> items{SSHHostItem::option(SSHOption(u"HostName"_s, seed.hostName))};
+    if (seed.user)
+        items.append(SSHHostItem::option(SSHOption(u"User"_s, *seed.user)));
+    if (seed.port)
+        items.append(SSHHostItem::option(SSHOption(u"Port"_s, *seed.port)));
+    const SSHHost created({seed.alias}, {}, true, items);
+    insertHost(created, m_document.hosts.size());
+    setSelectedHostID(created.id());
+    setActiveEditorTab(EditorTab::structured);
+    setRawEditorDirty(true);
+    setStatusMessage(u"Nieuwe SSH-config host aangemaakt op basis van known_hosts: "_s + seed.alias);
+}

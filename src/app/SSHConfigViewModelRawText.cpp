@@ -1,0 +1,116 @@
+// Raw text editing and saving.
+//
+// Which version of the config a save writes:
+//
+//   tab         rawTextDirty  rawEditorDirty  writes
+//   structured  any           any             the serialized document
+//   raw         true          any             the raw text as typed (refused on parse errors)
+//   raw         false         false           the raw text (nothing pending: the file's own text)
+//   raw         false         true            the serialized document (only structured edits pending)
+//   knownHosts  any           any             the serialized known_hosts document
+
+#include "SSHConfigViewModel.h"
+
+#include "ServiceError.h"
+
+using namespace Qt::StringLiterals;
+
+void SSHConfigViewModel::saveCurrentTab()
+{
+    switch (m_activeEditorTab) {
+    case EditorTab::structured:
+        saveConfig();
+        return;
+    case EditorTab::raw:
+        if (m_rawTextDirty || !m_rawEditorDirty)
+            saveRawText();
+        else
+            saveConfig();
+        return;
+    case EditorTab::knownHosts:
+        saveKnownHosts();
+        return;
+    }
+}
+
+void SSHConfigViewModel::parseRawText()
+{
+    SSHConfigParseResult parsed = m_parser.parse(m_rawText);
+    setParseErrors(parsed.errors);
+    replaceDocument(parsed.document);
+    ensureValidHostSelection();
+    setRawEditorDirty(true);
+    if (!m_parseErrors.isEmpty())
+        setStatusMessage(u"Raw editor: "_s + QString::number(m_parseErrors.size()) + u" parsefout(en)."_s);
+    else
+        setStatusMessage(u"Raw editor: parse gelukt."_s);
+}
+
+void SSHConfigViewModel::saveRawText()
+{
+    SSHConfigParseResult parsed = m_parser.parse(m_rawText);
+    setParseErrors(parsed.errors);
+    if (!m_parseErrors.isEmpty()) {
+        setStatusMessage(u"Niet opgeslagen door parsefouten."_s);
+        return;
+    }
+    replaceDocument(parsed.document);
+    ensureValidHostSelection();
+    const QString message = writeConfigText(m_rawText, u"Raw config opgeslagen naar "_s);
+    setStatusMessage(message);
+}
+
+void SSHConfigViewModel::saveConfig()
+{
+    setRawText(m_parser.serialize(m_document));
+    const QString message = writeConfigText(m_rawText, u"Opgeslagen naar "_s);
+    setStatusMessage(message);
+}
+
+// Writes the config and gives the status sentence; on success the config counts as saved. Parse
+// errors are cleared only on the structured path: the raw path has just parsed the text without any.
+QString SSHConfigViewModel::writeConfigText(const QString& text, const QString& prefixOnSuccess)
+{
+    std::optional<QString> backup;
+    try {
+        backup = m_fileService->writeConfig(text);
+    } catch (const ServiceError& error) {
+        return u"Opslaan mislukt: "_s + error.description();
+    }
+    setParseErrors({});
+    setRawEditorDirty(false);
+    setRawTextDirty(false);
+    const QString path = m_fileService->configURL();
+    if (!backup)
+        return prefixOnSuccess + path + u"."_s;
+    setLastBackupPath(*backup);
+    return prefixOnSuccess + path + u" met backup."_s;
+}
+
+void SSHConfigViewModel::saveKnownHosts()
+{
+    renumberKnownHostEntries();
+    const QString text = m_knownHostsService.serialize(m_knownHostsDocument);
+    std::optional<QString> backup;
+    try {
+        backup = m_fileService->writeKnownHosts(text);
+    } catch (const ServiceError& error) {
+        setStatusMessage(u"known_hosts opslaan mislukt: "_s + error.description());
+        return;
+    }
+    setKnownHostsDirty(false);
+    const QString path = m_fileService->knownHostsURL();
+    if (backup) {
+        setLastBackupPath(*backup);
+        setStatusMessage(u"known_hosts opgeslagen naar "_s + path + u" met backup."_s);
+    } else {
+        setStatusMessage(u"known_hosts opgeslagen naar "_s + path + u"."_s);
+    }
+}
+
+void SSHConfigViewModel::refreshRawTextFromDocument()
+{
+    if (m_rawTextDirty)
+        return;
+    setRawText(m_parser.serialize(m_document));
+}
