@@ -9,12 +9,12 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-constexpr std::array rawValues{
-    std::pair{TerminalApp::LaunchMode::appleTerminal, u"appleTerminal"},
-    std::pair{TerminalApp::LaunchMode::iTerm2, u"iTerm2"},
-    std::pair{TerminalApp::LaunchMode::warp, u"warp"},
-    std::pair{TerminalApp::LaunchMode::generic, u"generic"},
-    std::pair{TerminalApp::LaunchMode::commandLine, u"commandLine"},
+constexpr std::array rawValues {
+    std::pair { TerminalApp::LaunchMode::appleTerminal, u"appleTerminal" },
+    std::pair { TerminalApp::LaunchMode::iTerm2, u"iTerm2" },
+    std::pair { TerminalApp::LaunchMode::warp, u"warp" },
+    std::pair { TerminalApp::LaunchMode::generic, u"generic" },
+    std::pair { TerminalApp::LaunchMode::commandLine, u"commandLine" },
 };
 } // namespace
 
@@ -37,18 +37,17 @@ QString TerminalApp::rawValue(LaunchMode mode)
     return {};
 }
 
-TerminalApp::TerminalApp(QString bundleIdentifier, QString displayName, LaunchMode launchMode,
-                         std::optional<QString> uriScheme)
+TerminalApp::TerminalApp(
+    QString bundleIdentifier, QString displayName, LaunchMode launchMode, std::optional<QString> uriScheme)
     : m_bundleIdentifier(std::move(bundleIdentifier))
     , m_displayName(std::move(displayName))
     , m_launchMode(launchMode)
     , m_uriScheme(std::move(uriScheme))
-{
-}
+{ }
 
 size_t qHash(const TerminalApp& app, size_t seed) noexcept
 {
     // has_value() keeps "no scheme" apart from an empty scheme, as equality does.
     return qHashMulti(seed, app.bundleIdentifier(), app.displayName(), static_cast<int>(app.launchMode()),
-                      app.uriScheme().has_value(), app.uriScheme().value_or(QString()), app.commandPrefix());
+        app.uriScheme().has_value(), app.uriScheme().value_or(QString()), app.commandPrefix());
 }

@@ -16,10 +16,10 @@ public:
     /// How the launcher drives the app. Raw values are stable: they may be stored and exchanged.
     enum class LaunchMode {
         appleTerminal, ///< "appleTerminal": AppleScript to the Terminal application
-        iTerm2,        ///< "iTerm2": AppleScript to iTerm2
-        warp,          ///< "warp": Warp launch-configuration file and launch URI
-        generic,       ///< "generic": open the app and put the command on the clipboard
-        commandLine,   ///< "commandLine": start the terminal's program with the command on its command line
+        iTerm2, ///< "iTerm2": AppleScript to iTerm2
+        warp, ///< "warp": Warp launch-configuration file and launch URI
+        generic, ///< "generic": open the app and put the command on the clipboard
+        commandLine, ///< "commandLine": start the terminal's program with the command on its command line
     };
 
     /// The mode whose raw value is exactly rawValue (case-sensitive), or nothing for any other text.
@@ -28,7 +28,7 @@ public:
     static QString rawValue(LaunchMode mode);
 
     TerminalApp(QString bundleIdentifier, QString displayName, LaunchMode launchMode,
-                std::optional<QString> uriScheme = std::nullopt);
+        std::optional<QString> uriScheme = std::nullopt);
 
     const QString& bundleIdentifier() const { return m_bundleIdentifier; }
     const QString& displayName() const { return m_displayName; }

@@ -10,18 +10,21 @@ class TerminalLaunchError final : public ServiceError
 {
 public:
     enum class Kind {
-        appleScriptFailed,     ///< payload: the script runner's message
-        launchFailed,          ///< payload: the bundle identifier
+        appleScriptFailed, ///< payload: the script runner's message
+        launchFailed, ///< payload: the bundle identifier
         warpConfigWriteFailed, ///< payload: the file's path
-        invalidURI,            ///< payload: the URI text
-        uriOpenFailed,         ///< payload: the URI text
+        invalidURI, ///< payload: the URI text
+        uriOpenFailed, ///< payload: the URI text
     };
 
-    static TerminalLaunchError appleScriptFailed(QString message) { return {Kind::appleScriptFailed, message}; }
-    static TerminalLaunchError launchFailed(QString bundleIdentifier) { return {Kind::launchFailed, bundleIdentifier}; }
-    static TerminalLaunchError warpConfigWriteFailed(QString path) { return {Kind::warpConfigWriteFailed, path}; }
-    static TerminalLaunchError invalidURI(QString uri) { return {Kind::invalidURI, uri}; }
-    static TerminalLaunchError uriOpenFailed(QString uri) { return {Kind::uriOpenFailed, uri}; }
+    static TerminalLaunchError appleScriptFailed(QString message) { return { Kind::appleScriptFailed, message }; }
+    static TerminalLaunchError launchFailed(QString bundleIdentifier)
+    {
+        return { Kind::launchFailed, bundleIdentifier };
+    }
+    static TerminalLaunchError warpConfigWriteFailed(QString path) { return { Kind::warpConfigWriteFailed, path }; }
+    static TerminalLaunchError invalidURI(QString uri) { return { Kind::invalidURI, uri }; }
+    static TerminalLaunchError uriOpenFailed(QString uri) { return { Kind::uriOpenFailed, uri }; }
 
     Kind kind() const { return m_kind; }
     /// The message, bundle identifier, path or URI text the error carries.
@@ -38,8 +41,7 @@ private:
     TerminalLaunchError(Kind kind, QString payload)
         : m_kind(kind)
         , m_payload(std::move(payload))
-    {
-    }
+    { }
 
     Kind m_kind;
     QString m_payload;

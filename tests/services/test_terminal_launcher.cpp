@@ -1,0 +1,469 @@
+#include "ServiceError.h"
+#include "TerminalLaunchError.h"
+#include "TerminalLauncher.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+using LaunchMode = TerminalApp::LaunchMode;
+
+namespace
+{
+/// Records every platform operation the launcher calls, in order, and fails the ones a test asks to fail.
+struct RecordingPlatform
+{
+    QStringList calls;
+    std::shared_ptr<ServiceError> scriptError;
+    std::shared_ptr<ServiceError> openError;
+    bool uriAccepted = true;
+    bool processStarts = true;
+
+    TerminalLauncher makeLauncher(const QString& home, const QString& warpDirectory)
+    {
+        return TerminalLauncher(
+            { home, warpDirectory },
+            [this](const QString& source) {
+                calls << u"script:"_s + source;
+                throwIfSet(scriptError);
+            },
+            [this](const QString& identifier) {
+                calls << u"open:"_s + identifier;
+                throwIfSet(openError);
+            },
+            [this](const QString& text) { calls << u"clipboard:"_s + text; },
+            [this](const QUrl& uri) {
+                calls << u"uri:"_s + uri.toString();
+                return uriAccepted;
+            },
+            [this](const QString& program, const QStringList& arguments) {
+                calls << u"process:"_s + program + u"|"_s + arguments.join(u'|');
+                return processStarts;
+            });
+    }
+
+    static void throwIfSet(const std::shared_ptr<ServiceError>& error)
+    {
+        if (auto* launchError = dynamic_cast<TerminalLaunchError*>(error.get()))
+            throw *launchError;
+        if (auto* platformError = dynamic_cast<PlatformError*>(error.get()))
+            throw *platformError;
+    }
+};
+
+const QString terminalId = u"com.apple.Terminal"_s;
+const QString itermId = u"com.googlecode.iterm2"_s;
+
+TerminalApp appleTerminal()
+{
+    return TerminalApp(terminalId, u"Terminal"_s, LaunchMode::appleTerminal);
+}
+TerminalApp iTerm()
+{
+    return TerminalApp(itermId, u"iTerm2"_s, LaunchMode::iTerm2);
+}
+
+QString terminalScript(const QString& escaped)
+{
+    return u"tell application \"Terminal\"\n    activate\n    do script \""_s + escaped + u"\"\nend tell"_s;
+}
+
+QString readFile(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return u"<unreadable>"_s;
+    return QString::fromUtf8(file.readAll());
+}
+
+/// Runs launch and returns the description of the ServiceError it threw, or an empty text when it did not.
+template<typename Launch> QString failureOf(Launch&& launch)
+{
+    try {
+        launch();
+    } catch (const ServiceError& error) {
+        return error.description();
+    }
+    return {};
+}
+} // namespace
+
+class TestTerminalLauncher : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    // AppleScript modes
+    void terminalScriptEscapesTheCommand_data();
+    void terminalScriptEscapesTheCommand();
+    void iTermScriptIsExact();
+    void scriptFailureIsPassedOn_data();
+    void scriptFailureIsPassedOn();
+    void refusalFallsBackToClipboard_data();
+    void refusalFallsBackToClipboard();
+    void refusalWithFailingOpenerKeepsClipboard_data();
+    void refusalWithFailingOpenerKeepsClipboard();
+    void missingScriptRunnerFails();
+
+    // generic mode
+    void genericOpensThenCopies();
+    void genericWithFailingOpenerKeepsClipboard();
+
+    // Warp
+    void warpWritesConfigurationAndOpensUri_data();
+    void warpWritesConfigurationAndOpensUri();
+    void warpEscapesHomeAndCommand();
+    void secondWarpLaunchReplacesFirst();
+    void warpCreatesMissingDirectories();
+    void warpDirectoryThatCannotBeMadeIsPlatformError();
+    void warpFileThatCannotBeWrittenFails();
+    void warpInvalidUri_data();
+    void warpInvalidUri();
+    void warpRefusedUri();
+
+    // command-line terminals
+    void commandLineStartsProgramWithScript();
+    void commandLineFailures_data();
+    void commandLineFailures();
+
+private:
+    QTemporaryDir m_dir;
+    RecordingPlatform m_platform;
+    QString m_warpDirectory;
+};
+
+void TestTerminalLauncher::init()
+{
+    m_platform = RecordingPlatform();
+    QVERIFY(m_dir.isValid());
+    // Every test starts without a Warp directory.
+    QVERIFY(QDir(m_dir.path()).removeRecursively());
+    QVERIFY(QDir().mkpath(m_dir.path()));
+    m_warpDirectory = m_dir.filePath(u"home/.warp/launch_configurations"_s);
+}
+
+void TestTerminalLauncher::terminalScriptEscapesTheCommand_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("escaped");
+
+    QTest::newRow("plain command unchanged") << u"ssh web-01"_s << u"ssh web-01"_s;
+    QTest::newRow("double quote") << u"ssh \"my host\""_s << u"ssh \\\"my host\\\""_s;
+    QTest::newRow("backslash doubled") << u"ssh a\\b"_s << u"ssh a\\\\b"_s;
+    QTest::newRow("backslash before quote") << u"x\\\"y"_s << u"x\\\\\\\"y"_s;
+    QTest::newRow("single quotes pass") << u"ssh -p 22 'web 01'"_s << u"ssh -p 22 'web 01'"_s;
+    QTest::newRow("line feed passes") << u"ssh a\nb"_s << u"ssh a\nb"_s;
+    QTest::newRow("non-ascii passes") << u"ssh ümlaut"_s << u"ssh ümlaut"_s;
+}
+
+void TestTerminalLauncher::terminalScriptEscapesTheCommand()
+{
+    QFETCH(QString, command);
+    QFETCH(QString, escaped);
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+
+    QCOMPARE(launcher.launch(appleTerminal(), command), false);
+    QCOMPARE(m_platform.calls, QStringList { u"script:"_s + terminalScript(escaped) });
+}
+
+void TestTerminalLauncher::iTermScriptIsExact()
+{
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+    QCOMPARE(launcher.launch(iTerm(), u"ssh \"a\""_s), false);
+
+    const QString expected = u"tell application \"iTerm\"\n"
+                             u"    activate\n"
+                             u"    if (count of windows) = 0 then\n"
+                             u"        create window with default profile\n"
+                             u"    end if\n"
+                             u"    tell current window\n"
+                             u"        create tab with default profile\n"
+                             u"        tell current session to write text \"ssh \\\"a\\\"\"\n"
+                             u"    end tell\n"
+                             u"end tell"_s;
+    QCOMPARE(m_platform.calls, QStringList { u"script:"_s + expected });
+}
+
+void TestTerminalLauncher::scriptFailureIsPassedOn_data()
+{
+    QTest::addColumn<std::shared_ptr<ServiceError>>("error");
+    QTest::addColumn<QString>("description");
+
+    QTest::newRow("other script error") << std::shared_ptr<ServiceError>(
+        new TerminalLaunchError(TerminalLaunchError::appleScriptFailed(u"{NSAppleScriptErrorNumber = -2741;}"_s)))
+                                        << u"Terminalscript mislukt: {NSAppleScriptErrorNumber = -2741;}"_s;
+    QTest::newRow("refusal text in a platform error is no refusal")
+        << std::shared_ptr<ServiceError>(new PlatformError(u"-1743"_s)) << u"-1743"_s;
+    QTest::newRow("refusal text in another case is no refusal")
+        << std::shared_ptr<ServiceError>(new TerminalLaunchError(TerminalLaunchError::launchFailed(u"-1743"_s)))
+        << u"Terminal app openen mislukt voor -1743."_s;
+    QTest::newRow("script initialisation") << std::shared_ptr<ServiceError>(
+        new TerminalLaunchError(TerminalLaunchError::appleScriptFailed(u"Script initialisatie mislukt."_s)))
+                                           << u"Terminalscript mislukt: Script initialisatie mislukt."_s;
+}
+
+void TestTerminalLauncher::scriptFailureIsPassedOn()
+{
+    QFETCH(std::shared_ptr<ServiceError>, error);
+    QFETCH(QString, description);
+    m_platform.scriptError = error;
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+
+    QCOMPARE(failureOf([&] { launcher.launch(appleTerminal(), u"ssh web"_s); }), description);
+    QCOMPARE(m_platform.calls.size(), 1);
+    QVERIFY(m_platform.calls.constFirst().startsWith(u"script:"_s));
+}
+
+void TestTerminalLauncher::refusalFallsBackToClipboard_data()
+{
+    QTest::addColumn<TerminalApp>("app");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("not authorized, mixed case")
+        << appleTerminal() << u"Tarnwick is Not Authorized To Send Apple Events to Terminal."_s;
+    QTest::newRow("quoted error number") << appleTerminal() << u"{\n    NSAppleScriptErrorNumber = \"-1743\";\n}"_s;
+    QTest::newRow("bare error number") << iTerm() << u"{ NSAppleScriptErrorNumber = -1743; }"_s;
+    QTest::newRow("number anywhere") << iTerm() << u"error -1743 happened"_s;
+}
+
+void TestTerminalLauncher::refusalFallsBackToClipboard()
+{
+    QFETCH(TerminalApp, app);
+    QFETCH(QString, message);
+    m_platform.scriptError = std::make_shared<TerminalLaunchError>(TerminalLaunchError::appleScriptFailed(message));
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+
+    QCOMPARE(launcher.launch(app, u"ssh \"q\" a\\b"_s), true);
+    QCOMPARE(m_platform.calls.size(), 3);
+    QVERIFY(m_platform.calls[0].startsWith(u"script:"_s));
+    QCOMPARE(m_platform.calls[1], u"open:"_s + app.bundleIdentifier());
+    QCOMPARE(m_platform.calls[2], u"clipboard:ssh \"q\" a\\b"_s);
+}
+
+void TestTerminalLauncher::refusalWithFailingOpenerKeepsClipboard_data()
+{
+    QTest::addColumn<std::shared_ptr<ServiceError>>("openError");
+    QTest::addColumn<QString>("description");
+
+    QTest::newRow("open exits non-zero") << std::shared_ptr<ServiceError>(
+        new TerminalLaunchError(TerminalLaunchError::launchFailed(terminalId)))
+                                         << u"Terminal app openen mislukt voor com.apple.Terminal."_s;
+    QTest::newRow("open cannot start") << std::shared_ptr<ServiceError>(
+        new PlatformError(u"No such file or directory"_s))
+                                       << u"No such file or directory"_s;
+}
+
+void TestTerminalLauncher::refusalWithFailingOpenerKeepsClipboard()
+{
+    QFETCH(std::shared_ptr<ServiceError>, openError);
+    QFETCH(QString, description);
+    m_platform.scriptError = std::make_shared<TerminalLaunchError>(TerminalLaunchError::appleScriptFailed(u"-1743"_s));
+    m_platform.openError = openError;
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+
+    QCOMPARE(failureOf([&] { launcher.launch(appleTerminal(), u"ssh web"_s); }), description);
+    QCOMPARE(m_platform.calls.size(), 2);
+    QCOMPARE(m_platform.calls[1], u"open:"_s + terminalId);
+}
+
+void TestTerminalLauncher::missingScriptRunnerFails()
+{
+    TerminalLauncher launcher({}, {}, {}, {}, {});
+    QCOMPARE(failureOf([&] { launcher.launch(iTerm(), u"ssh web"_s); }),
+        u"Terminalscript mislukt: Geen scriptomgeving beschikbaar."_s);
+}
+
+void TestTerminalLauncher::genericOpensThenCopies()
+{
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+    const TerminalApp app(u"com.example.Term"_s, u"Term"_s, LaunchMode::generic);
+
+    QCOMPARE(launcher.launch(app, u"ssh \"x\""_s), true);
+    QCOMPARE(m_platform.calls, (QStringList { u"open:com.example.Term"_s, u"clipboard:ssh \"x\""_s }));
+}
+
+void TestTerminalLauncher::genericWithFailingOpenerKeepsClipboard()
+{
+    m_platform.openError
+        = std::make_shared<TerminalLaunchError>(TerminalLaunchError::launchFailed(u"com.example.Term"_s));
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+    const TerminalApp app(u"com.example.Term"_s, u"Term"_s, LaunchMode::generic);
+
+    QCOMPARE(
+        failureOf([&] { launcher.launch(app, u"ssh x"_s); }), u"Terminal app openen mislukt voor com.example.Term."_s);
+    QCOMPARE(m_platform.calls, QStringList { u"open:com.example.Term"_s });
+}
+
+void TestTerminalLauncher::warpWritesConfigurationAndOpensUri_data()
+{
+    QTest::addColumn<std::optional<QString>>("scheme");
+    QTest::addColumn<QString>("uri");
+
+    QTest::newRow("warp") << std::optional<QString>(u"warp"_s) << u"warp://launch/tarnwick-connect"_s;
+    QTest::newRow("preview") << std::optional<QString>(u"warppreview"_s) << u"warppreview://launch/tarnwick-connect"_s;
+    QTest::newRow("no scheme means warp") << std::optional<QString>() << u"warp://launch/tarnwick-connect"_s;
+}
+
+void TestTerminalLauncher::warpWritesConfigurationAndOpensUri()
+{
+    QFETCH(std::optional<QString>, scheme);
+    QFETCH(QString, uri);
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+
+    QCOMPARE(
+        launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, scheme), u"ssh -p 2222 web-01"_s),
+        false);
+    QCOMPARE(m_platform.calls, QStringList { u"uri:"_s + uri });
+    const QString expected = u"---\n"
+                             u"name: Tarnwick Connect\n"
+                             u"windows:\n"
+                             u"  - tabs:\n"
+                             u"      - title: SSH Connect\n"
+                             u"        layout:\n"
+                             u"          cwd: \"/home/user\"\n"
+                             u"          commands:\n"
+                             u"            - exec: \"ssh -p 2222 web-01\""_s;
+    QCOMPARE(readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s), expected);
+}
+
+void TestTerminalLauncher::warpEscapesHomeAndCommand()
+{
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/Jan \"JJ\" de\\Vries"_s, m_warpDirectory);
+    launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, u"warp"_s), u"ssh 'a\"b'"_s);
+
+    const QString content = readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s);
+    QVERIFY2(content.contains(u"\n          cwd: \"/home/Jan \\\"JJ\\\" de\\\\Vries\"\n"_s), qPrintable(content));
+    QVERIFY2(content.endsWith(u"\n            - exec: \"ssh 'a\\\"b'\""_s), qPrintable(content));
+}
+
+void TestTerminalLauncher::secondWarpLaunchReplacesFirst()
+{
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+    const TerminalApp warp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, u"warp"_s);
+    launcher.launch(warp, u"ssh a-very-long-first-host-name-indeed"_s);
+    launcher.launch(warp, u"ssh b"_s);
+
+    QVERIFY(readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s).endsWith(u"- exec: \"ssh b\""_s));
+    QCOMPARE(QDir(m_warpDirectory).entryList(QDir::Files | QDir::Hidden), QStringList { u"tarnwick-connect.yaml"_s });
+}
+
+void TestTerminalLauncher::warpCreatesMissingDirectories()
+{
+    QVERIFY(!QFileInfo::exists(QFileInfo(m_warpDirectory).path()));
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+    launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp), u"ssh a"_s);
+    QVERIFY(QFileInfo(m_warpDirectory + u"/tarnwick-connect.yaml"_s).isFile());
+}
+
+void TestTerminalLauncher::warpDirectoryThatCannotBeMadeIsPlatformError()
+{
+    QFile blocker(m_dir.filePath(u"blocker"_s));
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    const QString directory = blocker.fileName() + u"/launch_configurations"_s;
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, directory);
+
+    try {
+        launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp), u"ssh a"_s);
+        QFAIL("launch succeeded");
+    } catch (const PlatformError& error) {
+        QVERIFY2(error.description().endsWith(directory), qPrintable(error.description()));
+    }
+    QVERIFY(m_platform.calls.isEmpty());
+}
+
+void TestTerminalLauncher::warpFileThatCannotBeWrittenFails()
+{
+    // The configuration's path is taken by a directory, so the atomic write cannot replace it.
+    QVERIFY(QDir().mkpath(m_warpDirectory + u"/tarnwick-connect.yaml/inner"_s));
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+
+    QCOMPARE(
+        failureOf([&] { launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp), u"ssh"_s); }),
+        u"Warp launch config schrijven mislukt op "_s + m_warpDirectory + u"/tarnwick-connect.yaml."_s);
+    QVERIFY(m_platform.calls.isEmpty());
+    QVERIFY(QFileInfo(m_warpDirectory + u"/tarnwick-connect.yaml/inner"_s).isDir());
+}
+
+void TestTerminalLauncher::warpInvalidUri_data()
+{
+    QTest::addColumn<QString>("scheme");
+
+    QTest::newRow("empty scheme") << QString();
+    QTest::newRow("blank in scheme") << u"wa rp"_s;
+    QTest::newRow("scheme starts with digit") << u"1warp"_s;
+}
+
+void TestTerminalLauncher::warpInvalidUri()
+{
+    QFETCH(QString, scheme);
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+    const TerminalApp app(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, scheme);
+
+    QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh a"_s); }),
+        u"Ongeldige URI: "_s + scheme + u"://launch/tarnwick-connect"_s);
+    QVERIFY(m_platform.calls.isEmpty());
+    // The configuration is written before the URI is made.
+    QVERIFY(QFileInfo(m_warpDirectory + u"/tarnwick-connect.yaml"_s).isFile());
+}
+
+void TestTerminalLauncher::warpRefusedUri()
+{
+    m_platform.uriAccepted = false;
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+    const TerminalApp app(u"dev.warp.Warp-Preview"_s, u"Warp Preview"_s, LaunchMode::warp, u"warppreview"_s);
+
+    QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh a"_s); }),
+        u"Openen van URI mislukt: warppreview://launch/tarnwick-connect"_s);
+    QCOMPARE(m_platform.calls, QStringList { u"uri:warppreview://launch/tarnwick-connect"_s });
+}
+
+void TestTerminalLauncher::commandLineStartsProgramWithScript()
+{
+    TerminalApp app(u"debian-xterm"_s, u"XTerm"_s, LaunchMode::commandLine);
+    app.setCommandPrefix({ u"/usr/bin/xterm"_s, u"-e"_s });
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+
+    QCOMPARE(launcher.launch(app, u"ssh -p 2222 'web 01'"_s), false);
+    const QString script = u"ssh -p 2222 'web 01'\n"
+                           u"status=$?\n"
+                           u"printf '\\n%s ' \"Verbinding beëindigd (code $status). Druk op Enter om dit venster te "
+                           u"sluiten.\"\n"
+                           u"read -r _\n"
+                           u"exit \"$status\""_s;
+    QCOMPARE(m_platform.calls, QStringList { u"process:/usr/bin/xterm|-e|sh|-c|"_s + script });
+}
+
+void TestTerminalLauncher::commandLineFailures_data()
+{
+    QTest::addColumn<QStringList>("prefix");
+    QTest::addColumn<bool>("processStarts");
+
+    QTest::newRow("program does not start") << QStringList { u"/usr/bin/xterm"_s, u"-e"_s } << false;
+    QTest::newRow("no program known") << QStringList() << true;
+    QTest::newRow("empty program") << QStringList { QString() } << true;
+}
+
+void TestTerminalLauncher::commandLineFailures()
+{
+    QFETCH(QStringList, prefix);
+    QFETCH(bool, processStarts);
+    m_platform.processStarts = processStarts;
+    TerminalApp app(u"org.gnome.Terminal"_s, u"Terminal"_s, LaunchMode::commandLine);
+    app.setCommandPrefix(prefix);
+    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+
+    QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh a"_s); }),
+        u"Terminal app openen mislukt voor org.gnome.Terminal."_s);
+    QVERIFY(!m_platform.calls.join(u'\n').contains(u"clipboard:"_s));
+}
+
+QTEST_GUILESS_MAIN(TestTerminalLauncher)
+#include "test_terminal_launcher.moc"
