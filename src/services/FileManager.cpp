@@ -27,13 +27,11 @@ std::filesystem::path nativePath(const QString& path)
 
 FileManager::FileManager()
     : FileManager(&FileManager::writeWithSaveFile)
-{
-}
+{ }
 
 FileManager::FileManager(AtomicFileWriter writer)
     : m_writer(std::move(writer))
-{
-}
+{ }
 
 bool FileManager::fileExists(const QString& path) const
 {
@@ -86,7 +84,8 @@ std::optional<QString> FileManager::decodeUtf8Strictly(const QByteArray& bytes)
 {
     // Stateless so that a sequence cut off at the end is an error instead of being held back for more
     // input; ConvertInitialBom so that the text read equals the text written, byte-order mark and all.
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+    QStringDecoder decoder(
+        QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     QString text = decoder.decode(bytes);
     if (decoder.hasError())
         return std::nullopt;

@@ -20,17 +20,15 @@ const QString& homeDirectory()
 } // namespace
 
 SSHFileService::SSHFileService()
-    : SSHFileService(QDir(homeDirectory()).filePath(u".ssh/config"_s),
-                     QDir(homeDirectory()).filePath(u".ssh/known_hosts"_s))
-{
-}
+    : SSHFileService(
+        QDir(homeDirectory()).filePath(u".ssh/config"_s), QDir(homeDirectory()).filePath(u".ssh/known_hosts"_s))
+{ }
 
 SSHFileService::SSHFileService(QString configURL, QString knownHostsURL, FileManager fileManager)
     : m_fileManager(std::move(fileManager))
     , m_configURL(std::move(configURL))
     , m_knownHostsURL(std::move(knownHostsURL))
-{
-}
+{ }
 
 std::optional<QString> SSHFileService::writeConfig(const QString& text) const
 {

@@ -5,8 +5,7 @@ using namespace Qt::StringLiterals;
 SSHFileServiceError::SSHFileServiceError(Kind kind, QString path)
     : m_kind(kind)
     , m_path(std::move(path))
-{
-}
+{ }
 
 SSHFileServiceError SSHFileServiceError::writeVerificationFailed(QString path)
 {

@@ -29,13 +29,14 @@ QByteArray readBytes(const QString& path)
 
 unsigned modeOf(const QString& path)
 {
-    struct stat status{};
+    struct stat status
+    {
+    };
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777u : 0u;
 }
 
 // Runs operation and returns the description of the PlatformError it throws, or "<no error>".
-template<typename Operation>
-QString platformErrorOf(Operation operation)
+template<typename Operation> QString platformErrorOf(Operation operation)
 {
     try {
         operation();
@@ -121,7 +122,7 @@ void TestFileManager::readUtf8TextNamesThePathOfInvalidBytes()
     const QString path = dir.filePath(u"config"_s);
     writeBytes(path, QByteArray("Host caf\xe9\n"));
     QCOMPARE(platformErrorOf([&] { FileManager().readUtf8Text(path); }),
-             u"Lezen mislukt op "_s + path + u": het bestand bevat geen geldige UTF-8"_s);
+        u"Lezen mislukt op "_s + path + u": het bestand bevat geen geldige UTF-8"_s);
     QCOMPARE(readBytes(path), QByteArray("Host caf\xe9\n"));
 }
 
@@ -243,17 +244,16 @@ void TestFileManager::saveFileAbandonedHalfWayLeavesTheOldFile()
         QCOMPARE(file.write("half of the new"), 15);
     }
     QCOMPARE(readBytes(path), QByteArray("old content\n"));
-    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"config"_s});
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList { u"config"_s });
 }
 
 void TestFileManager::writeAtomicallyUsesTheInjectedWriter()
 {
     QStringList calls;
-    const FileManager manager([&calls](const QString& path, const QByteArray& bytes) {
-        calls << path + u"="_s + QString::fromUtf8(bytes);
-    });
+    const FileManager manager(
+        [&calls](const QString& path, const QByteArray& bytes) { calls << path + u"="_s + QString::fromUtf8(bytes); });
     manager.writeAtomically(u"/nowhere/config"_s, "Host a\n");
-    QCOMPARE(calls, QStringList{u"/nowhere/config=Host a\n"_s});
+    QCOMPARE(calls, QStringList { u"/nowhere/config=Host a\n"_s });
 }
 
 QTEST_GUILESS_MAIN(TestFileManager)
