@@ -50,8 +50,8 @@ void TestTerminalApp::launchModeFromRawValue()
 
 void TestTerminalApp::rawValueRoundTrips()
 {
-    for (LaunchMode mode : {LaunchMode::appleTerminal, LaunchMode::iTerm2, LaunchMode::warp, LaunchMode::generic,
-                            LaunchMode::commandLine}) {
+    for (LaunchMode mode : { LaunchMode::appleTerminal, LaunchMode::iTerm2, LaunchMode::warp, LaunchMode::generic,
+             LaunchMode::commandLine }) {
         QCOMPARE(TerminalApp::launchModeFromRawValue(TerminalApp::rawValue(mode)), std::optional(mode));
     }
 }
@@ -68,7 +68,7 @@ void TestTerminalApp::equalityCoversEveryField_data()
     QTest::newRow("no scheme") << TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp);
     QTest::newRow("empty scheme") << TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, QString());
     TerminalApp withPrefix = base;
-    withPrefix.setCommandPrefix({u"warp"_s});
+    withPrefix.setCommandPrefix({ u"warp"_s });
     QTest::newRow("command prefix") << withPrefix;
 }
 
@@ -78,13 +78,13 @@ void TestTerminalApp::equalityCoversEveryField()
     const TerminalApp base(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, u"warp"_s);
     QVERIFY(!(base == other));
     QVERIFY(base != other);
-    QCOMPARE(QSet<TerminalApp>({base, other}).size(), 2);
+    QCOMPARE(QSet<TerminalApp>({ base, other }).size(), 2);
 }
 
 void TestTerminalApp::equalAppsHashEqually()
 {
     TerminalApp first(u"org.gnome.Terminal"_s, u"Terminal"_s, LaunchMode::commandLine);
-    first.setCommandPrefix({u"gnome-terminal"_s, u"--"_s});
+    first.setCommandPrefix({ u"gnome-terminal"_s, u"--"_s });
     TerminalApp second = first;
     QCOMPARE(first, second);
     QCOMPARE(qHash(first, 7), qHash(second, 7));
