@@ -1,0 +1,177 @@
+#include "KnownHostsService.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+// OpenSSH judges the writer: for every host, ssh-keygen -F must find the same keys, on the same lines
+// and with the same markers, in the file we wrote as in the file we read.
+class TestKnownHostsOpenSsh : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void sameKeysFoundAfterWriting_data();
+    void sameKeysFoundAfterWriting();
+
+private:
+    QString run(const QStringList& arguments);
+    QString publicKey(const QString& type);
+    QString knownHostsText();
+    QString unhashableLines();
+    QString writeFile(const QString& name, const QString& text);
+    QString lookup(const QString& host, const QString& file);
+    QString rewrite(const QString& file);
+
+    QTemporaryDir m_dir;
+    QString m_sshKeygen;
+    QHash<QString, QString> m_keys;
+    QString m_plainFile;
+    QString m_hashedFile;
+};
+
+QString TestKnownHostsOpenSsh::run(const QStringList& arguments)
+{
+    QProcess process;
+    process.start(m_sshKeygen, arguments);
+    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
+        return u"<ssh-keygen did not finish>"_s;
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+QString TestKnownHostsOpenSsh::publicKey(const QString& type)
+{
+    const QString path = m_dir.filePath(u"key-"_s + type);
+    QStringList arguments{u"-q"_s, u"-t"_s, type, u"-N"_s, QString(), u"-C"_s, u"test key"_s, u"-f"_s, path};
+    if (type == u"rsa"_s)
+        arguments << u"-b"_s << u"2048"_s;
+    run(arguments);
+    QFile file(path + u".pub"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    // "type base64 comment": keep type and key, the lines below add their own spacing and comments.
+    const QStringList fields = QString::fromUtf8(file.readAll()).split(u' ');
+    return fields.size() >= 2 ? fields[0] + u' ' + fields[1] : QString();
+}
+
+QString TestKnownHostsOpenSsh::knownHostsText()
+{
+    const QString ed = m_keys[u"ed25519"_s];
+    const QString rsa = m_keys[u"rsa"_s];
+    QString ecdsaIrregular = m_keys[u"ecdsa"_s];
+    ecdsaIrregular.replace(u' ', u"\t  "_s);
+    return u"# known hosts of the test\n"_s
+        + u"github.com,10.0.0.1 "_s + ed + u"\n"_s
+        + u"\n"_s
+        + u"[db.example.org]:2222 "_s + rsa + u" db key\n"_s
+        + u"   plain.example \t "_s + ecdsaIrregular + u"   trailing  comment\twords   \n"_s
+        + u"@cert-authority *.example.org "_s + ed + u"\n"_s
+        + u"@revoked revoked.example "_s + rsa + u"\n"_s
+        + u"#commented.example "_s + ed + u"\n"_s
+        + u"  \t \n"_s
+        + u"## two words\n"_s;
+}
+
+// ssh-keygen -H refuses a file with lines it cannot read and drops empty host names, so these
+// lines are added after hashing.
+QString TestKnownHostsOpenSsh::unhashableLines()
+{
+    return u",multi1,,multi2,,[multi3]:2200, "_s + m_keys[u"ecdsa"_s] + u"\n"_s + u"not a valid line at all? yes it is\n"_s + u"broken-line\n"_s + u"@revoked only.two.fields ssh-rsa\n"_s;
+}
+
+QString TestKnownHostsOpenSsh::writeFile(const QString& name, const QString& text)
+{
+    const QString path = m_dir.filePath(name);
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(text.toUtf8()) < 0)
+        return {};
+    return path;
+}
+
+void TestKnownHostsOpenSsh::initTestCase()
+{
+    m_sshKeygen = QStandardPaths::findExecutable(u"ssh-keygen"_s);
+    if (m_sshKeygen.isEmpty())
+        QSKIP("ssh-keygen is not installed");
+    QVERIFY(m_dir.isValid());
+    for (const QString& type : {u"ed25519"_s, u"rsa"_s, u"ecdsa"_s}) {
+        m_keys.insert(type, publicKey(type));
+        QVERIFY2(!m_keys[type].isEmpty(), qPrintable(type));
+    }
+    m_plainFile = writeFile(u"known_hosts"_s, knownHostsText() + unhashableLines());
+    m_hashedFile = writeFile(u"known_hosts_hashed"_s, knownHostsText());
+    QVERIFY(!m_plainFile.isEmpty() && !m_hashedFile.isEmpty());
+    run({u"-H"_s, u"-f"_s, m_hashedFile});
+    QFile hashed(m_hashedFile);
+    QVERIFY(hashed.open(QIODevice::ReadOnly));
+    const QByteArray hashedText = hashed.readAll();
+    QVERIFY2(hashedText.contains("|1|"), "ssh-keygen -H hashed nothing");
+    hashed.close();
+    QVERIFY(!writeFile(u"known_hosts_hashed"_s, QString::fromUtf8(hashedText) + unhashableLines()).isEmpty());
+}
+
+void TestKnownHostsOpenSsh::sameKeysFoundAfterWriting_data()
+{
+    QTest::addColumn<bool>("hashed");
+    QTest::addColumn<QString>("host");
+    QTest::addColumn<bool>("known");
+    const QList<std::pair<QString, bool>> hosts{
+        {u"github.com"_s, true},    {u"10.0.0.1"_s, true},       {u"[db.example.org]:2222"_s, true},
+        {u"db.example.org"_s, true}, {u"plain.example"_s, true}, {u"www.example.org"_s, true},
+        {u"revoked.example"_s, true}, {u"commented.example"_s, false}, {u"multi1"_s, true},
+        {u"multi2"_s, true},        {u"[multi3]:2200"_s, true},  {u"unknown.example"_s, false}};
+    for (const bool hashed : {false, true}) {
+        for (const auto& [host, known] : hosts)
+            QTest::addRow("%s %s", hashed ? "hashed" : "plain", qPrintable(host)) << hashed << host << known;
+    }
+}
+
+QString TestKnownHostsOpenSsh::lookup(const QString& host, const QString& file)
+{
+    // Compare what OpenSSH found (line numbers, markers as "CA" or "REVOKED", keys), not how it echoes the matching line,
+    // whose spacing and hosts field the writer normalises.
+    QStringList found;
+    for (const QString& line : run({u"-F"_s, host, u"-f"_s, file}).split(u'\n', Qt::SkipEmptyParts)) {
+        const QString simplified = line.simplified();
+        if (simplified.startsWith(u'#')) {
+            found.append(simplified);
+            continue;
+        }
+        for (const QString& key : std::as_const(m_keys)) {
+            if (simplified.contains(key))
+                found.append(key);
+        }
+    }
+    return found.join(u'\n');
+}
+
+QString TestKnownHostsOpenSsh::rewrite(const QString& file)
+{
+    QFile in(file);
+    if (!in.open(QIODevice::ReadOnly))
+        return {};
+    const QString written = KnownHostsService{}.serialize(KnownHostsService{}.parse(QString::fromUtf8(in.readAll())).document);
+    return writeFile(QFileInfo(file).fileName() + u".written"_s, written);
+}
+
+void TestKnownHostsOpenSsh::sameKeysFoundAfterWriting()
+{
+    QFETCH(bool, hashed);
+    QFETCH(QString, host);
+    QFETCH(bool, known);
+    const QString original = hashed ? m_hashedFile : m_plainFile;
+    const QString written = rewrite(original);
+    QVERIFY(!written.isEmpty());
+
+    const QString before = lookup(host, original);
+    QCOMPARE(!before.isEmpty(), known);
+    QCOMPARE(lookup(host, written), before);
+}
+
+QTEST_GUILESS_MAIN(TestKnownHostsOpenSsh)
+#include "test_known_hosts_openssh.moc"
