@@ -1,0 +1,92 @@
+#include "XdgApplicationLocator.h"
+
+#include "DesktopEntry.h"
+#include "HomeDirectory.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+/// The absolute directories of a colon-separated XDG list; relative ones are invalid and ignored.
+QStringList absoluteDirectories(const QString& list)
+{
+    QStringList directories;
+    for (const QString& directory : list.split(u':', Qt::SkipEmptyParts)) {
+        if (QDir::isAbsolutePath(directory))
+            directories << QDir::cleanPath(directory);
+    }
+    return directories;
+}
+
+bool isLaunchable(const DesktopEntry& entry)
+{
+    if (const auto type = entry.value(u"Type"_s); type && *type != u"Application"_s)
+        return false;
+    if (const auto tryExec = entry.value(u"TryExec"_s); tryExec && !tryExec->isEmpty()) {
+        const QFileInfo program(*tryExec);
+        if (program.isAbsolute() ? !program.isExecutable() : QStandardPaths::findExecutable(*tryExec).isEmpty())
+            return false;
+    }
+    return true;
+}
+} // namespace
+
+XdgApplicationLocator::XdgApplicationLocator(QStringList applicationDirectories, QString localeName)
+    : m_applicationDirectories(std::move(applicationDirectories))
+    , m_localeName(std::move(localeName))
+{ }
+
+XdgApplicationLocator XdgApplicationLocator::fromEnvironment()
+{
+    return XdgApplicationLocator(applicationDirectoriesFromEnvironment(), DesktopEntry::messagesLocaleName());
+}
+
+QStringList XdgApplicationLocator::applicationDirectoriesFromEnvironment()
+{
+    QStringList dataHome = absoluteDirectories(qEnvironmentVariable("XDG_DATA_HOME"));
+    if (dataHome.isEmpty())
+        dataHome << userHomeDirectory() + u"/.local/share"_s;
+    QStringList dataDirs = absoluteDirectories(qEnvironmentVariable("XDG_DATA_DIRS"));
+    if (dataDirs.isEmpty())
+        dataDirs << u"/usr/local/share"_s << u"/usr/share"_s;
+
+    QStringList directories;
+    for (const QString& base : QStringList { dataHome.constFirst() } + dataDirs)
+        directories << base + u"/applications"_s;
+    directories.removeDuplicates();
+    return directories;
+}
+
+std::optional<QString> XdgApplicationLocator::applicationLocation(const QString& desktopId) const
+{
+    if (desktopId.isEmpty() || desktopId.contains(u'/'))
+        return std::nullopt;
+    for (const QString& directory : m_applicationDirectories) {
+        const QString path = directory + u'/' + desktopId + u".desktop"_s;
+        if (!QFileInfo(path).isFile())
+            continue;
+        // The first file found decides: a hidden or unusable entry masks the system's copy on purpose.
+        const std::optional<DesktopEntry> entry = DesktopEntry::read(path);
+        if (!entry || entry->isTrue(u"Hidden"_s) || !isLaunchable(*entry))
+            return std::nullopt;
+        return path;
+    }
+    return std::nullopt;
+}
+
+std::optional<QVariantMap> XdgApplicationLocator::applicationInformation(const QString& location) const
+{
+    const std::optional<DesktopEntry> entry = DesktopEntry::read(location);
+    if (!entry)
+        return std::nullopt;
+    QVariantMap information;
+    if (const auto name = entry->localizedValue(u"Name"_s, m_localeName))
+        information.insert(u"CFBundleName"_s, *name);
+    if (const auto exec = entry->value(u"Exec"_s))
+        information.insert(u"Exec"_s, *exec);
+    return information;
+}
