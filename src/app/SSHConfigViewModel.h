@@ -341,6 +341,8 @@ private:
     void insertHost(const SSHHost& host, qsizetype position);
     void removeHost(qsizetype position);
     bool moveHost(qsizetype from, qsizetype to);
+    qsizetype positionOfHost(const QUuid& id) const;
+    qsizetype positionAfterStayingHosts(const QList<QUuid>& moving, qsizetype count) const;
     QString loadConfig();
     QString loadKnownHosts();
     const KnownHostEntry* selectedEntry() const;

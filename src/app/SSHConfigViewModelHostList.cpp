@@ -118,15 +118,39 @@ void SSHConfigViewModel::moveHosts(const QList<qsizetype>& fromOffsets, qsizetyp
         moving.append(m_document.hosts.at(offset).id());
     bool moved = false;
     for (qsizetype i = 0; i < moving.size(); ++i) {
-        qsizetype current = 0;
-        while (m_document.hosts.at(current).id() != moving.at(i))
-            ++current;
-        moved = moveHost(current, target + i) || moved;
+        const qsizetype current = positionOfHost(moving.at(i));
+        // Each host goes right after the one placed before it; the first after the target-th host
+        // that stays.
+        qsizetype destination = i == 0 ? positionAfterStayingHosts(moving, target) : positionOfHost(moving.at(i - 1)) + 1;
+        if (current < destination)
+            --destination;
+        moved = moveHost(current, destination) || moved;
     }
     if (moved)
         Q_EMIT documentChanged();
     setRawEditorDirty(true);
     refreshRawTextFromDocument();
+}
+
+qsizetype SSHConfigViewModel::positionOfHost(const QUuid& id) const
+{
+    for (qsizetype i = 0; i < m_document.hosts.size(); ++i) {
+        if (m_document.hosts.at(i).id() == id)
+            return i;
+    }
+    return -1;
+}
+
+qsizetype SSHConfigViewModel::positionAfterStayingHosts(const QList<QUuid>& moving, qsizetype count) const
+{
+    if (count == 0)
+        return 0;
+    qsizetype staying = 0;
+    for (qsizetype i = 0; i < m_document.hosts.size(); ++i) {
+        if (!moving.contains(m_document.hosts.at(i).id()) && ++staying == count)
+            return i + 1;
+    }
+    return m_document.hosts.size();
 }
 
 bool SSHConfigViewModel::moveHost(qsizetype from, qsizetype to)
