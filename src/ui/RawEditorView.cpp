@@ -2,9 +2,207 @@
 
 #include "SSHConfigViewModel.h"
 
+#include <QAction>
+#include <QFontDatabase>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListView>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStringListModel>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The tallest the "Validatie" list grows before it scrolls.
+constexpr int maximumErrorListHeight = 120;
+
+QFont footnoteFont(const QFont& base)
+{
+    QFont font = base;
+    font.setPointSizeF(base.pointSizeF() * 0.85);
+    return font;
+}
+
+} // namespace
+
 RawEditorView::RawEditorView(SSHConfigViewModel& viewModel, QWidget* parent)
     : QWidget(parent)
     , m_viewModel(viewModel)
 {
-    setObjectName(QStringLiteral("rawEditorView"));
+    setObjectName(u"rawEditorView"_s);
+    auto* stack = new QVBoxLayout(this);
+    stack->setSpacing(10);
+    stack->addWidget(makeButtonRow());
+    stack->addWidget(makeSyntaxHelp());
+    stack->addWidget(makeEditor(), 1);
+    stack->addWidget(makeValidationBox());
+
+    connect(&m_viewModel, &SSHConfigViewModel::rawTextChanged, this, &RawEditorView::followRawText);
+    connect(&m_viewModel, &SSHConfigViewModel::parseErrorsChanged, this, &RawEditorView::followParseErrors);
+    followRawText();
+    followParseErrors();
+}
+
+QWidget* RawEditorView::makeButtonRow()
+{
+    auto* row = new QWidget(this);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+
+    auto* parseButton = new QPushButton(u"Parse"_s, row);
+    parseButton->setObjectName(u"parseButton"_s);
+    connect(parseButton, &QPushButton::clicked, &m_viewModel, &SSHConfigViewModel::parseRawText);
+
+    m_saveRawAction = new QAction(u"Save Raw"_s, this);
+    m_saveRawAction->setObjectName(u"saveRawAction"_s);
+    m_saveRawAction->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_S));
+    // Window-wide, but only while this tab is showing: Qt ignores shortcuts of hidden widgets.
+    m_saveRawAction->setShortcutContext(Qt::WindowShortcut);
+    addAction(m_saveRawAction);
+    connect(m_saveRawAction, &QAction::triggered, &m_viewModel, &SSHConfigViewModel::saveRawText);
+
+    auto* saveButton = new QPushButton(u"Save Raw"_s, row);
+    saveButton->setObjectName(u"saveRawButton"_s);
+    saveButton->setToolTip(u"Save Raw ("_s + m_saveRawAction->shortcut().toString(QKeySequence::NativeText) +
+                           u")"_s);
+    connect(saveButton, &QPushButton::clicked, m_saveRawAction, &QAction::trigger);
+
+    layout->addWidget(parseButton);
+    layout->addWidget(saveButton);
+    layout->addStretch(1);
+    return row;
+}
+
+QWidget* RawEditorView::makeSyntaxHelp()
+{
+    auto* box = new QGroupBox(u"SSH syntax hulp"_s, this);
+    box->setObjectName(u"syntaxHelpBox"_s);
+    auto* layout = new QVBoxLayout(box);
+    layout->setSpacing(4);
+    const QStringList lines{
+        u"• Start hostblokken met: Host <alias of patroon>"_s,
+        u"• Veelgebruikte opties: HostName, User, Port, IdentityFile"_s,
+        u"• Forwarding opties: LocalForward, RemoteForward, DynamicForward"_s,
+        u"• Groepen label je met: # Group: werk, klanten"_s,
+        u"• Disabled host: # Host old-server"_s,
+    };
+    for (const QString& line : lines) {
+        auto* label = new QLabel(line, box);
+        label->setTextFormat(Qt::PlainText);
+        label->setFont(footnoteFont(font()));
+        label->setForegroundRole(QPalette::PlaceholderText);
+        layout->addWidget(label);
+    }
+    return box;
+}
+
+QPlainTextEdit* RawEditorView::makeEditor()
+{
+    m_editor = new QPlainTextEdit(this);
+    m_editor->setObjectName(u"rawTextEditor"_s);
+    QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    mono.setPointSizeF(font().pointSizeF());
+    m_editor->setFont(mono);
+    m_editor->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_editor->setTabChangesFocus(false);
+    QColor outline = palette().color(QPalette::PlaceholderText);
+    outline.setAlphaF(0.2f);
+    m_editor->setStyleSheet(u"QPlainTextEdit#rawTextEditor { border: 1px solid %1; border-radius: 8px; "
+                            u"padding: 4px; }"_s.arg(outline.name(QColor::HexArgb)));
+    connect(m_editor, &QPlainTextEdit::textChanged, this, &RawEditorView::takeUserEdit);
+    return m_editor;
+}
+
+QGroupBox* RawEditorView::makeValidationBox()
+{
+    m_validationBox = new QGroupBox(u"Validatie"_s, this);
+    m_validationBox->setObjectName(u"validationBox"_s);
+    auto* layout = new QVBoxLayout(m_validationBox);
+    m_errorLines = new QStringListModel(this);
+    m_errorList = new QListView(m_validationBox);
+    m_errorList->setObjectName(u"validationList"_s);
+    m_errorList->setModel(m_errorLines);
+    m_errorList->setUniformItemSizes(true);
+    m_errorList->setSpacing(2);
+    m_errorList->setFrameShape(QFrame::NoFrame);
+    m_errorList->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_errorList->setSelectionMode(QAbstractItemView::NoSelection);
+    m_errorList->setFocusPolicy(Qt::NoFocus);
+    m_errorList->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_errorList->setFont(footnoteFont(font()));
+    QPalette red = m_errorList->palette();
+    red.setColor(QPalette::Text, QColor(0xd7, 0x26, 0x1e));
+    red.setColor(QPalette::Base, Qt::transparent);
+    m_errorList->setPalette(red);
+    layout->addWidget(m_errorList);
+    return m_validationBox;
+}
+
+void RawEditorView::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (m_stale)
+        followRawText();
+}
+
+void RawEditorView::followRawText()
+{
+    const QString& text = m_viewModel.rawText();
+    if (text == m_editorText) {
+        m_stale = false;
+        return;
+    }
+    if (!isVisible()) {
+        m_stale = true;
+        return;
+    }
+    // Another window or a reload replaced the text: keep the caret and the scroll position near where
+    // they were rather than jumping to the top.
+    const int caret = m_editor->textCursor().position();
+    const int scroll = m_editor->verticalScrollBar()->value();
+    m_applyingModelText = true;
+    m_editor->setPlainText(text);
+    m_applyingModelText = false;
+    m_editorText = text;
+    m_stale = false;
+    QTextCursor cursor = m_editor->textCursor();
+    cursor.setPosition(std::min(caret, m_editor->document()->characterCount() - 1));
+    m_editor->setTextCursor(cursor);
+    m_editor->verticalScrollBar()->setValue(scroll);
+}
+
+// Only the user's own edits come here: text the view model puts in is applied under
+// m_applyingModelText, so it is never reported back as a change.
+void RawEditorView::takeUserEdit()
+{
+    if (m_applyingModelText)
+        return;
+    QString text = m_editor->toPlainText();
+    if (text == m_editorText)
+        return;
+    m_editorText = text;
+    m_viewModel.setRawText(m_editorText);
+    m_viewModel.markRawTextEdited();
+}
+
+void RawEditorView::followParseErrors()
+{
+    QStringList lines;
+    for (const SSHParseError& error : m_viewModel.parseErrors())
+        lines.append(u"Regel "_s + QString::number(error.line()) + u": "_s + error.message());
+    if (lines != m_errorLines->stringList())
+        m_errorLines->setStringList(lines);
+    m_validationBox->setVisible(!lines.isEmpty());
+    if (lines.isEmpty())
+        return;
+    const int rowHeight = m_errorList->sizeHintForRow(0) + 2 * m_errorList->spacing();
+    const qsizetype wanted = rowHeight * lines.size() + 2 * m_errorList->frameWidth();
+    m_errorList->setFixedHeight(static_cast<int>(std::min<qsizetype>(wanted, maximumErrorListHeight)));
 }
