@@ -9,13 +9,11 @@ namespace
 {
 const QString enabledErrorPrefix = u"Ongeldige host-regel: "_s;
 const QString disabledErrorPrefix = u"Ongeldige disabled host-regel: "_s;
-constexpr qsizetype maxSharedKeys = 64;
+// Bounds the lookup table of one parse; beyond it texts are simply copied.
+constexpr qsizetype maxSharedTexts = 1 << 14;
 } // namespace
 
-SSHConfigReader::SSHConfigReader()
-{
-    m_keys.reserve(maxSharedKeys);
-}
+SSHConfigReader::SSHConfigReader() = default;
 
 void SSHConfigReader::readLine(QStringView rawLine, qsizetype number)
 {
@@ -34,6 +32,9 @@ SSHConfigParseResult SSHConfigReader::finish()
     for (const QString& label : std::as_const(m_pendingGroups))
         m_result.document.globalItems.append(SSHGlobalItem::comment(u"# Group: "_s + label));
     m_pendingGroups.clear();
+    // Growth slack of the two long lists would otherwise stay with the document for its lifetime.
+    m_result.document.hosts.squeeze();
+    m_result.document.globalItems.squeeze();
     return std::move(m_result);
 }
 
@@ -159,7 +160,7 @@ bool SSHConfigReader::appendOption(QStringView raw)
     const std::optional<OptionParts> parts = parseOption(raw);
     if (!parts)
         return false;
-    m_items.append(SSHHostItem::option(SSHOption(sharedKey(parts->key), parts->value.toString())));
+    m_items.append(SSHHostItem::option(SSHOption(sharedText(parts->key), sharedText(parts->value))));
     return true;
 }
 
@@ -169,14 +170,15 @@ void SSHConfigReader::reportInvalid(const QString& prefix, QStringView trimmed, 
     m_items.append(SSHHostItem::comment(u"# "_s + trimmed));
 }
 
-QString SSHConfigReader::sharedKey(QStringView key)
+QString SSHConfigReader::sharedText(QStringView text)
 {
-    for (const QString& known : std::as_const(m_keys)) {
-        if (known == key)
-            return known;
-    }
-    QString copy = key.toString();
-    if (m_keys.size() < maxSharedKeys)
-        m_keys.append(copy);
+    if (text.isEmpty())
+        return QString();
+    const auto found = m_sharedTexts.constFind(text);
+    if (found != m_sharedTexts.cend())
+        return found.value();
+    QString copy = text.toString();
+    if (m_sharedTexts.size() < maxSharedTexts)
+        m_sharedTexts.insert(QStringView(copy), copy);
     return copy;
 }

@@ -2,6 +2,7 @@
 
 #include "SSHConfigParser.h"
 
+#include <QHash>
 #include <QStringView>
 
 #include <optional>
@@ -32,7 +33,7 @@ private:
     void readDisabledHostLine(QStringView raw, QStringView trimmed, qsizetype number);
     bool appendOption(QStringView raw);
     void reportInvalid(const QString& prefix, QStringView trimmed, qsizetype number);
-    QString sharedKey(QStringView key);
+    QString sharedText(QStringView text);
 
     SSHConfigParseResult m_result;
     std::optional<SSHHost> m_host;
@@ -43,6 +44,7 @@ private:
     std::optional<QString> m_sectionGroup;
     // Hosts that share a label set share one list; most files give the same groups to many hosts.
     QStringList m_lastGroups;
-    // Keywords repeat on almost every line; one string per distinct spelling keeps memory down.
-    QStringList m_keys;
+    // Keywords and many values ("yes", a user, a key file) repeat from block to block; one shared
+    // string per distinct text keeps a large file's memory down. The views point into the values.
+    QHash<QStringView, QString> m_sharedTexts;
 };
