@@ -126,6 +126,30 @@ private slots:
         }
     }
 
+    // Inputs the fuzzer found, kept as they were found (base64 of the file's bytes).
+    void fuzzFindingsSettle_data()
+    {
+        QTest::addColumn<QByteArray>("base64");
+        QTest::addColumn<int>("writesUntilStable");
+        QTest::newRow("comma-shielded @revoked among broken UTF-8")
+            << QByteArray("LEByZXZva2VkIGhvc3RBPXNoLWVkMjU1MSwJ5pel5pys4oCDQUFBQSAggqBvbGTjgGNvbSBzc2gtZTU1ZDE5MiBBQUFBPT12ZXI=")
+            << 2;
+    }
+    void fuzzFindingsSettle()
+    {
+        QFETCH(QByteArray, base64);
+        QFETCH(int, writesUntilStable);
+        QString text = QString::fromUtf8(QByteArray::fromBase64(base64));
+        const qsizetype records = KnownHostsService{}.parse(text).document.records().size();
+        for (int write = 0; write < writesUntilStable; ++write) {
+            const KnownHostsParseResult result = KnownHostsService{}.parse(text);
+            QVERIFY(brokenInvariant(text, result).isEmpty());
+            QCOMPARE(result.document.records().size(), records);
+            text = KnownHostsService{}.serialize(result.document);
+        }
+        QCOMPARE(KnownHostsService{}.serialize(KnownHostsService{}.parse(text).document), text);
+    }
+
     void generatorIsDeterministic()
     {
         QCOMPARE(KnownHostsTextGenerator(42).irregularText(30), KnownHostsTextGenerator(42).irregularText(30));

@@ -122,6 +122,12 @@ void TestKnownHostsService::parsesOneLine_data()
                                                                << u"@revoked , t k"_s;
     QTest::newRow("hosts: empty pieces dropped") << u",a,,b, t k"_s
         << u"entry line=1 marker=none hosts=<a|b> type=<t> key=<k> comment=<>"_s << u"a,b t k"_s;
+    // The writer puts nothing before the first host, so the shielding comma is gone and the written
+    // line reads back as a marked or commented-out entry.
+    QTest::newRow("hosts: leading comma shields a marker word") << u",@Revoked t k"_s
+        << u"entry line=1 marker=none hosts=<@Revoked> type=<t> key=<k> comment=<>"_s << u"@Revoked t k"_s;
+    QTest::newRow("hosts: leading comma shields a #") << u",#x t k"_s
+        << u"entry line=1 marker=none hosts=<#x> type=<t> key=<k> comment=<>"_s << u"#x t k"_s;
     QTest::newRow("hashed: |1|") << u"|1|abc=|def= ssh-rsa AAAA"_s
         << u"entry line=1 marker=none hosts=<|1|abc=|def=> type=<ssh-rsa> key=<AAAA> comment=<> hashed"_s
         << u"|1|abc=|def= ssh-rsa AAAA"_s;
