@@ -2,6 +2,10 @@
 
 using namespace Qt::StringLiterals;
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace {
 
 bool isAscii(QStringView text)
@@ -17,24 +21,69 @@ char16_t asciiLower(char16_t c)
     return (c >= u'A' && c <= u'Z') ? char16_t(c + (u'a' - u'A')) : c;
 }
 
-// Both sides are ASCII and the query is lower-case: a plain scan with the first character as a
-// sieve is enough, and it stays allocation-free.
-bool asciiContains(QStringView text, QStringView query)
+bool isAsciiLetter(char16_t c)
 {
-    const qsizetype last = text.size() - query.size();
+    return c >= u'a' && c <= u'z';
+}
+
+// Whether the query occurs at hay[i], comparing ASCII-lower-cased text with the lower-case query.
+// Only a region of ASCII characters can match this way.
+bool matchesAt(const char16_t* hay, const char16_t* needle, qsizetype length)
+{
+    for (qsizetype k = 0; k < length; ++k) {
+        if (hay[k] >= 0x80 || asciiLower(hay[k]) != needle[k])
+            return false;
+    }
+    return true;
+}
+
+struct ScanResult
+{
+    bool found = false;
+    bool sawNonAscii = false;
+};
+
+// Looks for the lower-case ASCII query in text, treating the text's ASCII letters case-insensitively,
+// and notes whether the text holds anything beyond ASCII. The first character serves as a sieve; with
+// SSE2 eight characters are sieved at a time, which a keystroke over 100,000 keys needs.
+ScanResult scan(QStringView text, QStringView query)
+{
     const char16_t* hay = text.utf16();
     const char16_t* needle = query.utf16();
+    const qsizetype length = query.size();
+    const qsizetype last = text.size() - length;
     const char16_t first = needle[0];
-    for (qsizetype i = 0; i <= last; ++i) {
-        if (asciiLower(hay[i]) != first)
-            continue;
-        qsizetype k = 1;
-        while (k < query.size() && asciiLower(hay[i + k]) == needle[k])
-            ++k;
-        if (k == query.size())
-            return true;
+    // For a letter, setting bit 0x20 folds the upper-case form onto the lower-case one; a few
+    // non-letters fold too, which matchesAt() then rejects.
+    const char16_t fold = isAsciiLetter(first) ? 0x20 : 0;
+    ScanResult result;
+    qsizetype i = 0;
+#if defined(__SSE2__)
+    const __m128i foldBits = _mm_set1_epi16(static_cast<short>(fold));
+    const __m128i wanted = _mm_set1_epi16(static_cast<short>(first));
+    const __m128i highBits = _mm_set1_epi16(static_cast<short>(0xFF80));
+    __m128i seen = _mm_setzero_si128();
+    for (; i + 8 <= last + 1; i += 8) {
+        const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i));
+        seen = _mm_or_si128(seen, _mm_and_si128(chunk, highBits));
+        auto mask = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_or_si128(chunk, foldBits), wanted)));
+        while (mask != 0) {
+            const int bit = __builtin_ctz(mask);
+            if (matchesAt(hay + i + bit / 2, needle, length))
+                return {true, false};
+            mask &= ~(3u << bit);
+        }
     }
-    return false;
+    result.sawNonAscii = _mm_movemask_epi8(_mm_cmpeq_epi16(seen, _mm_setzero_si128())) != 0xFFFF;
+#endif
+    for (; i <= last; ++i) {
+        result.sawNonAscii = result.sawNonAscii || hay[i] >= 0x80;
+        if ((hay[i] | fold) == first && matchesAt(hay + i, needle, length))
+            return {true, false};
+    }
+    for (qsizetype k = std::max<qsizetype>(i, 0); k < text.size() && !result.sawNonAscii; ++k)
+        result.sawNonAscii = hay[k] >= 0x80;
+    return result;
 }
 
 } // namespace
@@ -45,12 +94,18 @@ bool contains(QStringView text, QStringView loweredQuery)
 {
     if (loweredQuery.isEmpty())
         return true;
-    if (!isAscii(text))
-        return text.toString().toLower().contains(loweredQuery);
-    // Lower-casing ASCII gives ASCII, so a query with anything else cannot occur in it.
-    if (!isAscii(loweredQuery))
+    if (!isAscii(loweredQuery)) {
+        // Lower-casing ASCII gives ASCII, so such a query can only occur in a text beyond ASCII.
+        return !isAscii(text) && text.toString().toLower().contains(loweredQuery);
+    }
+    if (text.size() < loweredQuery.size() && isAscii(text))
         return false;
-    return asciiContains(text, loweredQuery);
+    const ScanResult result = scan(text, loweredQuery);
+    if (result.found)
+        return true;
+    // A few characters beyond ASCII lower-case to ASCII (the Kelvin sign to "k"); only then is the
+    // full lower-casing needed.
+    return result.sawNonAscii && text.toString().toLower().contains(loweredQuery);
 }
 
 bool containsInJoined(const QStringList& texts, QStringView loweredQuery)
