@@ -73,8 +73,8 @@ QWidget* ExtraOptionsList::makeRow(const SSHOption& option)
     value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     value->setWordWrap(true);
 
+    // The value takes the room left of the key, so a long value wraps only when it must.
     layout->addWidget(key, 0, Qt::AlignTop);
-    layout->addStretch(1);
-    layout->addWidget(value, 0, Qt::AlignTop);
+    layout->addWidget(value, 1, Qt::AlignTop);
     return row;
 }

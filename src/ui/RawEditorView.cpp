@@ -1,5 +1,6 @@
 #include "RawEditorView.h"
 
+#include "RoundedOutlineFrame.h"
 #include "SSHConfigViewModel.h"
 
 #include <QAction>
@@ -103,7 +104,7 @@ QWidget* RawEditorView::makeSyntaxHelp()
     return box;
 }
 
-QPlainTextEdit* RawEditorView::makeEditor()
+QWidget* RawEditorView::makeEditor()
 {
     m_editor = new QPlainTextEdit(this);
     m_editor->setObjectName(u"rawTextEditor"_s);
@@ -112,18 +113,19 @@ QPlainTextEdit* RawEditorView::makeEditor()
     m_editor->setFont(mono);
     m_editor->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_editor->setTabChangesFocus(false);
-    QColor outline = palette().color(QPalette::PlaceholderText);
-    outline.setAlphaF(0.2f);
-    m_editor->setStyleSheet(u"QPlainTextEdit#rawTextEditor { border: 1px solid %1; border-radius: 8px; "
-                            u"padding: 4px; }"_s.arg(outline.name(QColor::HexArgb)));
+    m_editor->setFrameShape(QFrame::NoFrame);
     connect(m_editor, &QPlainTextEdit::textChanged, this, &RawEditorView::takeUserEdit);
-    return m_editor;
+    auto* frame = new RoundedOutlineFrame(m_editor, this);
+    frame->setObjectName(u"rawTextEditorFrame"_s);
+    return frame;
 }
 
 QGroupBox* RawEditorView::makeValidationBox()
 {
     m_validationBox = new QGroupBox(u"Validatie"_s, this);
     m_validationBox->setObjectName(u"validationBox"_s);
+    // Never taller than its list: the editor takes whatever height is left.
+    m_validationBox->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     auto* layout = new QVBoxLayout(m_validationBox);
     m_errorLines = new QStringListModel(this);
     m_errorList = new QListView(m_validationBox);

@@ -31,7 +31,7 @@ protected:
 private:
     QWidget* makeButtonRow();
     QWidget* makeSyntaxHelp();
-    QPlainTextEdit* makeEditor();
+    QWidget* makeEditor();
     QGroupBox* makeValidationBox();
 
     void followRawText();
