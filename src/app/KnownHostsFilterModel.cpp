@@ -1,5 +1,12 @@
 #include "KnownHostsFilterModel.h"
 
+namespace {
+
+// Beyond this many runs a reset costs the views less than announcing each run.
+constexpr qsizetype maximumRunsAnnouncedRowByRow = 32;
+
+} // namespace
+
 KnownHostsFilterModel::KnownHostsFilterModel(KnownHostsModel& source, QObject* parent)
     : QSortFilterProxyModel(parent)
     , m_source(source)
@@ -17,14 +24,59 @@ void KnownHostsFilterModel::refilter()
     // Blanks around the text change the field but not the query; the rows stay as they are.
     if (query == m_query)
         return;
+    const std::vector<char> shown = shownSourceRows();
+    // A longer query can only hide rows and a shorter one only show them, so typing on tests just
+    // the rows still shown and deleting tests just the hidden ones.
+    const bool narrowing = query.contains(m_query);
+    const bool widening = m_query.contains(query);
     m_query = query;
-    invalidateFilter();
+    std::vector<char> accepted(shown.size());
+    for (size_t row = 0; row < accepted.size(); ++row) {
+        if ((narrowing && !shown[row]) || (widening && shown[row]))
+            accepted[row] = shown[row];
+        else
+            accepted[row] = SSHConfigViewModel::knownHostEntryMatches(m_source.entryAt(static_cast<int>(row)), m_query);
+    }
+    m_accepted = &accepted;
+    if (changedRuns(shown, accepted) <= maximumRunsAnnouncedRowByRow) {
+        invalidateFilter();
+    } else {
+        beginResetModel();
+        endResetModel();
+        // Builds the new mapping now, while the answers are at hand.
+        rowCount();
+    }
+    m_accepted = nullptr;
+}
+
+std::vector<char> KnownHostsFilterModel::shownSourceRows() const
+{
+    std::vector<char> shown(static_cast<size_t>(m_source.rowCount()), 0);
+    const int rows = rowCount();
+    for (int row = 0; row < rows; ++row)
+        shown[static_cast<size_t>(mapToSource(index(row, 0)).row())] = 1;
+    return shown;
+}
+
+qsizetype KnownHostsFilterModel::changedRuns(const std::vector<char>& shown, const std::vector<char>& accepted)
+{
+    qsizetype runs = 0;
+    bool inRun = false;
+    for (size_t row = 0; row < accepted.size(); ++row) {
+        const bool changes = (shown[row] != 0) != (accepted[row] != 0);
+        if (changes && !inRun)
+            ++runs;
+        inRun = changes;
+    }
+    return runs;
 }
 
 bool KnownHostsFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const
 {
     if (sourceParent.isValid())
         return false;
+    if (m_accepted && static_cast<size_t>(sourceRow) < m_accepted->size())
+        return m_accepted->at(static_cast<size_t>(sourceRow)) != 0;
     return SSHConfigViewModel::knownHostEntryMatches(m_source.entryAt(sourceRow), m_query);
 }
 

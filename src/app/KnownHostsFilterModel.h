@@ -4,9 +4,15 @@
 
 #include <QSortFilterProxyModel>
 
+#include <vector>
+
 /// The known_hosts list as the known_hosts tab shows it: the rows of a KnownHostsModel that the view
 /// model's own rule (SSHConfigViewModel::knownHostEntryMatches) keeps for its knownHostsSearchText, in
 /// record order. Follows the search text by itself; never sorts.
+///
+/// A search change that shows or hides only a few runs of rows is announced row by row; one that
+/// changes many scattered rows resets the model instead, because QSortFilterProxyModel pays a pass
+/// over all rows for every run it inserts or removes, which at 100,000 entries would stall a keystroke.
 class KnownHostsFilterModel : public QSortFilterProxyModel
 {
     Q_OBJECT
@@ -23,7 +29,13 @@ protected:
 
 private:
     void refilter();
+    /// For every source row, whether this model shows it now.
+    std::vector<char> shownSourceRows() const;
+    /// How many runs of consecutive source rows change between shown and accepted.
+    static qsizetype changedRuns(const std::vector<char>& shown, const std::vector<char>& accepted);
 
     KnownHostsModel& m_source;
     QString m_query;
+    /// During refilter(): every source row's answer for the new query, so no row is tested twice.
+    const std::vector<char>* m_accepted = nullptr;
 };

@@ -75,6 +75,7 @@ private Q_SLOTS:
     void knownHostsModelRows();
     void knownHostsModelFollowsActions();
     void knownHostsFilterUsesViewModelRules();
+    void knownHostsFilterResetsOnScatteredChanges();
     void knownHostsRowLabel_data();
     void knownHostsRowLabel();
 };
@@ -243,6 +244,40 @@ void TestListModels::knownHostsFilterUsesViewModelRules()
     QCOMPARE(filter.rowCount(), 0);
     vm.setKnownHostsSearchText(QString());
     QCOMPARE(column(filter), (QStringList{u"one"_s, u"three"_s}));
+}
+
+void TestListModels::knownHostsFilterResetsOnScatteredChanges()
+{
+    QString text;
+    for (int i = 0; i < 80; ++i)
+        text += (i % 2 ? u"odd"_s : u"even"_s) + QString::number(i) + u" ssh-rsa AAAA\n"_s;
+    ViewModelFixture fixture;
+    SSHConfigViewModel& vm = fixture.make(QString(), text);
+    KnownHostsModel source(vm);
+    KnownHostsFilterModel filter(source);
+    QAbstractItemModelTester tester(&filter, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    ModelSignalLog log(filter);
+
+    vm.setKnownHostsSearchText(u"odd"_s);
+    QCOMPARE(log.entries, QStringList{u"reset"_s});
+    QCOMPARE(filter.rowCount(), 40);
+    vm.setKnownHostsSearchText(u"odd7"_s);
+    QCOMPARE(column(filter), (QStringList{u"odd7"_s, u"odd71"_s, u"odd73"_s, u"odd75"_s, u"odd77"_s, u"odd79"_s}));
+    // A few runs are announced row by row.
+    log.entries.clear();
+    vm.setKnownHostsSearchText(u"odd79"_s);
+    QCOMPARE(log.entries, (QStringList{u"remove 0-4"_s}));
+    QCOMPARE(column(filter), QStringList{u"odd79"_s});
+    vm.setKnownHostsSearchText(u"odd"_s);
+    QCOMPARE(filter.rowCount(), 40);
+    log.entries.clear();
+    vm.setKnownHostsSearchText(u"d1"_s);
+    QCOMPARE(log.entries, QStringList{u"reset"_s});
+    QCOMPARE(column(filter), (QStringList{u"odd1"_s, u"odd11"_s, u"odd13"_s, u"odd15"_s, u"odd17"_s, u"odd19"_s}));
+    QStringList expected;
+    for (const KnownHostEntry& entry : vm.filteredKnownHostEntries())
+        expected.append(entry.hosts().first());
+    QCOMPARE(column(filter), expected);
 }
 
 void TestListModels::knownHostsRowLabel_data()

@@ -1,0 +1,236 @@
+// Speed of the view model with the list adapters attached, on a config of 10,000 hosts and a
+// known_hosts file of 100,000 entries: one keystroke in either search field (filtering as the list
+// adapter sees it), load() of both files, and a marker change, a comment toggle and a delete.
+// Targets: 16 ms per keystroke, 500 ms per load, 5 ms per known_hosts action.
+
+#include "HostFilterModel.h"
+#include "HostListModel.h"
+#include "KnownHostsFilterModel.h"
+#include "KnownHostsModel.h"
+#include "SSHConfigViewModel.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class NoTerminals final : public TerminalDiscovering
+{
+public:
+    QList<TerminalApp> discoverTerminalApps() const override { return {}; }
+};
+
+class NoLaunch final : public TerminalLaunching
+{
+public:
+    bool launch(const TerminalApp&, const QString&) override { return false; }
+};
+
+QByteArray base64Text(std::mt19937& random, int length)
+{
+    static const char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    QByteArray text(length, '\0');
+    std::uniform_int_distribution<int> pick(0, 63);
+    for (char& c : text)
+        c = alphabet[pick(random)];
+    return text;
+}
+
+QByteArray configText(int hosts)
+{
+    QByteArray text = "Include ~/.ssh/config.d/*\n\n";
+    for (int i = 0; i < hosts; ++i) {
+        const QByteArray n = QByteArray::number(i);
+        if (i % 50 == 0)
+            text += "# Group: team" + QByteArray::number(i / 50 % 40) + "\n";
+        text += "Host web" + n + " web" + n + ".lan\n    HostName 10." + QByteArray::number(i % 250) + ".0." +
+                QByteArray::number(i / 250) + "\n    User deploy\n    Port 22\n\n";
+    }
+    return text;
+}
+
+// A mix like a long-lived file: plain names with addresses, hashed names, bracketed ports, the odd
+// marker and comment line, and key lengths of ed25519, ECDSA and RSA-3072.
+QByteArray knownHostsText(int entries)
+{
+    std::mt19937 random(20240131);
+    QByteArray text;
+    for (int i = 0; i < entries; ++i) {
+        const QByteArray n = QByteArray::number(i);
+        if (i % 1000 == 0)
+            text += "# imported batch " + n + "\n";
+        if (i % 97 == 0)
+            text += "@revoked ";
+        if (i % 3 == 0)
+            text += "|1|" + base64Text(random, 28) + "=|" + base64Text(random, 28) + "= ";
+        else if (i % 7 == 0)
+            text += "[git" + n + ".example.com]:2222 ";
+        else
+            text += "host" + n + ".example.com,10." + QByteArray::number(i % 250) + ".1." +
+                    QByteArray::number(i / 250 % 250) + " ";
+        switch (i % 5) {
+        case 0: text += "ssh-rsa AAAAB3NzaC1yc2E" + base64Text(random, 521); break;
+        case 1: text += "ecdsa-sha2-nistp256 AAAAE2VjZHNh" + base64Text(random, 128); break;
+        default: text += "ssh-ed25519 AAAAC3NzaC1lZDI1NTE5" + base64Text(random, 48); break;
+        }
+        text += i % 11 == 0 ? " admin@laptop\n" : "\n";
+    }
+    return text;
+}
+
+/// The files, the view model and the adapters as the main window would hold them; built once.
+struct Setup
+{
+    Setup()
+    {
+        writeFile(directory.filePath(u".ssh/config"_s), configText(10'000));
+        writeFile(directory.filePath(u".ssh/known_hosts"_s), knownHostsText(100'000));
+        viewModel = std::make_unique<SSHConfigViewModel>(
+            std::make_shared<SSHFileService>(directory.filePath(u".ssh/config"_s),
+                                             directory.filePath(u".ssh/known_hosts"_s)),
+            std::make_shared<NoTerminals>(), std::make_shared<NoLaunch>(),
+            std::make_shared<InMemoryUserDefaultsStore>());
+        hosts = std::make_unique<HostListModel>(*viewModel);
+        hostFilter = std::make_unique<HostFilterModel>(*hosts);
+        knownHosts = std::make_unique<KnownHostsModel>(*viewModel);
+        knownHostsFilter = std::make_unique<KnownHostsFilterModel>(*knownHosts);
+    }
+
+    static void writeFile(const QString& path, const QByteArray& bytes)
+    {
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("cannot write %s", qPrintable(path));
+    }
+
+    void selectEntry(int row) { viewModel->setSelectedKnownHostEntryID(knownHosts->entryAt(row).id()); }
+
+    QTemporaryDir directory;
+    std::unique_ptr<SSHConfigViewModel> viewModel;
+    std::unique_ptr<HostListModel> hosts;
+    std::unique_ptr<HostFilterModel> hostFilter;
+    std::unique_ptr<KnownHostsModel> knownHosts;
+    std::unique_ptr<KnownHostsFilterModel> knownHostsFilter;
+};
+
+Setup& setup()
+{
+    static Setup instance;
+    return instance;
+}
+
+// Alternates between two texts, as typing a character and deleting it again would.
+void keystrokes(benchmark::State& state, void (SSHConfigViewModel::*set)(const QString&), const QString& shorter,
+                const QString& longer, const QAbstractItemModel& filter)
+{
+    SSHConfigViewModel& vm = *setup().viewModel;
+    bool toggle = false;
+    for (auto _ : state) {
+        (vm.*set)(toggle ? shorter : longer);
+        toggle = !toggle;
+        benchmark::DoNotOptimize(filter.rowCount());
+    }
+    (vm.*set)(QString());
+}
+
+void BM_KnownHostsSearchKeystroke_Host(benchmark::State& state)
+{
+    keystrokes(state, &SSHConfigViewModel::setKnownHostsSearchText, u"host12"_s, u"host123"_s,
+               *setup().knownHostsFilter);
+}
+BENCHMARK(BM_KnownHostsSearchKeystroke_Host)->Unit(benchmark::kMillisecond);
+
+// A query found nowhere makes every entry search all of its fields, keys included.
+void BM_KnownHostsSearchKeystroke_NoMatch(benchmark::State& state)
+{
+    keystrokes(state, &SSHConfigViewModel::setKnownHostsSearchText, u"qq.z"_s, u"qq.zx"_s,
+               *setup().knownHostsFilter);
+}
+BENCHMARK(BM_KnownHostsSearchKeystroke_NoMatch)->Unit(benchmark::kMillisecond);
+
+void BM_KnownHostsSearchKeystroke_FirstLetter(benchmark::State& state)
+{
+    keystrokes(state, &SSHConfigViewModel::setKnownHostsSearchText, QString(), u"x"_s, *setup().knownHostsFilter);
+}
+BENCHMARK(BM_KnownHostsSearchKeystroke_FirstLetter)->Unit(benchmark::kMillisecond);
+
+void BM_HostSearchKeystroke(benchmark::State& state)
+{
+    keystrokes(state, &SSHConfigViewModel::setSearchText, u"web12"_s, u"web123"_s, *setup().hostFilter);
+}
+BENCHMARK(BM_HostSearchKeystroke)->Unit(benchmark::kMillisecond);
+
+void BM_HostSearchKeystroke_NoMatch(benchmark::State& state)
+{
+    keystrokes(state, &SSHConfigViewModel::setSearchText, u"qq.z"_s, u"qq.zx"_s, *setup().hostFilter);
+}
+BENCHMARK(BM_HostSearchKeystroke_NoMatch)->Unit(benchmark::kMillisecond);
+
+void BM_LoadBoth(benchmark::State& state)
+{
+    for (auto _ : state)
+        setup().viewModel->load();
+    state.counters["entries"] = double(setup().viewModel->knownHostsEntryCount());
+}
+BENCHMARK(BM_LoadBoth)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+void BM_MarkerChange(benchmark::State& state)
+{
+    Setup& s = setup();
+    s.selectEntry(50'000);
+    bool toggle = false;
+    for (auto _ : state) {
+        s.viewModel->setMarkerOnSelectedKnownHostEntry(toggle ? std::nullopt
+                                                              : std::optional(KnownHostMarker::certAuthority));
+        toggle = !toggle;
+    }
+}
+BENCHMARK(BM_MarkerChange)->Unit(benchmark::kMillisecond);
+
+void BM_CommentToggle(benchmark::State& state)
+{
+    Setup& s = setup();
+    s.selectEntry(50'000);
+    for (auto _ : state)
+        s.viewModel->toggleCommentOnSelectedKnownHostEntry();
+}
+BENCHMARK(BM_CommentToggle)->Unit(benchmark::kMillisecond);
+
+// Deleting near the top moves the most rows and renumbers the most entries.
+void BM_DeleteEntry(benchmark::State& state)
+{
+    Setup& s = setup();
+    for (auto _ : state) {
+        s.selectEntry(10);
+        s.viewModel->deleteSelectedKnownHostEntry();
+    }
+    state.counters["entries"] = double(s.viewModel->knownHostsEntryCount());
+}
+BENCHMARK(BM_DeleteEntry)->Unit(benchmark::kMillisecond)->Iterations(200);
+
+// The same with a search active, so the filter re-checks what changed.
+void BM_DeleteEntryWhileSearching(benchmark::State& state)
+{
+    Setup& s = setup();
+    s.viewModel->setKnownHostsSearchText(u"example"_s);
+    for (auto _ : state) {
+        s.selectEntry(10);
+        s.viewModel->deleteSelectedKnownHostEntry();
+    }
+    s.viewModel->setKnownHostsSearchText(QString());
+}
+BENCHMARK(BM_DeleteEntryWhileSearching)->Unit(benchmark::kMillisecond)->Iterations(200);
+
+} // namespace
+
+BENCHMARK_MAIN();
