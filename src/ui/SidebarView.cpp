@@ -1,0 +1,50 @@
+#include "SidebarView.h"
+
+#include "HostSidebarView.h"
+#include "KnownHostsSummaryView.h"
+#include "SSHConfigViewModel.h"
+#include "TextStyle.h"
+
+#include <QLabel>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+SidebarView::SidebarView(SSHConfigViewModel& viewModel, QWidget* parent)
+    : QWidget(parent)
+    , m_viewModel(viewModel)
+    , m_title(new QLabel(this))
+    , m_pages(new QStackedWidget(this))
+    , m_hosts(new HostSidebarView(viewModel, m_pages))
+    , m_knownHosts(new KnownHostsSummaryView(viewModel, m_pages))
+{
+    setObjectName(u"sidebar"_s);
+    m_title->setObjectName(u"sidebarTitle"_s);
+    applyTextStyle(m_title, TextStyle::headline);
+    QFont titleFont = m_title->font();
+    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.25);
+    m_title->setFont(titleFont);
+    m_pages->setObjectName(u"sidebarPages"_s);
+    m_pages->addWidget(m_hosts);
+    m_pages->addWidget(m_knownHosts);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    auto* titleRow = new QVBoxLayout;
+    titleRow->setContentsMargins(11, 11, 11, 0);
+    titleRow->addWidget(m_title);
+    layout->addLayout(titleRow);
+    layout->addWidget(m_pages, 1);
+
+    connect(&m_viewModel, &SSHConfigViewModel::activeEditorTabChanged, this, &SidebarView::showActiveTab);
+    showActiveTab();
+}
+
+void SidebarView::showActiveTab()
+{
+    const bool knownHosts = m_viewModel.activeEditorTab() == SSHConfigViewModel::EditorTab::knownHosts;
+    m_title->setText(knownHosts ? u"Known Hosts"_s : u"Hosts"_s);
+    m_pages->setCurrentWidget(knownHosts ? static_cast<QWidget*>(m_knownHosts) : m_hosts);
+}
