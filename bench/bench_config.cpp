@@ -21,14 +21,22 @@ QByteArray number(int value)
 QByteArray optionLine(int index, int host)
 {
     switch (index) {
-    case 0: return "    HostName 10." + number(host % 250) + '.' + number((host / 250) % 250) + ".7\n";
-    case 1: return "    User deploy\n";
-    case 2: return "    Port 22" + number(host % 7) + "\n";
-    case 3: return "    IdentityFile ~/.ssh/id_ed25519_work\n";
-    case 4: return "    ForwardAgent yes\n";
-    case 5: return "    ServerAliveInterval 60\n";
-    case 6: return "    ProxyJump bastion-" + number(host % 5) + ".example.com\n";
-    default: return "    LocalForward 8080 localhost:80\n";
+    case 0:
+        return "    HostName 10." + number(host % 250) + '.' + number((host / 250) % 250) + ".7\n";
+    case 1:
+        return "    User deploy\n";
+    case 2:
+        return "    Port 22" + number(host % 7) + "\n";
+    case 3:
+        return "    IdentityFile ~/.ssh/id_ed25519_work\n";
+    case 4:
+        return "    ForwardAgent yes\n";
+    case 5:
+        return "    ServerAliveInterval 60\n";
+    case 6:
+        return "    ProxyJump bastion-" + number(host % 5) + ".example.com\n";
+    default:
+        return "    LocalForward 8080 localhost:80\n";
     }
 }
 
@@ -79,7 +87,7 @@ void BM_DecodeAndParse(benchmark::State& state)
     const QByteArray bytes = generateConfig(static_cast<int>(state.range(0)));
     for (auto _ : state) {
         const QString text = QString::fromUtf8(bytes);
-        SSHConfigParseResult result = SSHConfigParser{}.parse(text);
+        SSHConfigParseResult result = SSHConfigParser {}.parse(text);
         benchmark::DoNotOptimize(result);
     }
     setThroughput(state, bytes);
@@ -90,13 +98,13 @@ void BM_Parse(benchmark::State& state)
     const QByteArray bytes = generateConfig(static_cast<int>(state.range(0)));
     const QString text = QString::fromUtf8(bytes);
     for (auto _ : state) {
-        SSHConfigParseResult result = SSHConfigParser{}.parse(text);
+        SSHConfigParseResult result = SSHConfigParser {}.parse(text);
         benchmark::DoNotOptimize(result);
     }
     setThroughput(state, bytes);
     // What the parsed document itself holds, per byte of the file's UTF-8 text.
     const size_t before = mallinfo2().uordblks;
-    const SSHConfigParseResult kept = SSHConfigParser{}.parse(text);
+    const SSHConfigParseResult kept = SSHConfigParser {}.parse(text);
     const size_t after = mallinfo2().uordblks;
     state.counters["mem_per_text_byte"] = static_cast<double>(after - before) / static_cast<double>(bytes.size());
     benchmark::DoNotOptimize(kept);
@@ -105,9 +113,9 @@ void BM_Parse(benchmark::State& state)
 void BM_Serialize(benchmark::State& state)
 {
     const QByteArray bytes = generateConfig(static_cast<int>(state.range(0)));
-    const SSHConfigDocument document = SSHConfigParser{}.parse(QString::fromUtf8(bytes)).document;
+    const SSHConfigDocument document = SSHConfigParser {}.parse(QString::fromUtf8(bytes)).document;
     for (auto _ : state) {
-        QString text = SSHConfigParser{}.serialize(document);
+        QString text = SSHConfigParser {}.serialize(document);
         benchmark::DoNotOptimize(text);
     }
     setThroughput(state, bytes);

@@ -21,7 +21,7 @@ void require(bool condition)
 
 QString write(const QString& text)
 {
-    return SSHConfigParser{}.serialize(SSHConfigParser{}.parse(text).document);
+    return SSHConfigParser {}.serialize(SSHConfigParser {}.parse(text).document);
 }
 
 bool isLeftoverGroupComment(const SSHGlobalItem& item)
@@ -66,7 +66,7 @@ void checkErrors(const QList<SSHParseError>& errors, qsizetype lineCount)
     for (const SSHParseError& error : errors) {
         require(error.line() > previous && error.line() <= lineCount);
         require(error.message().startsWith(u"Ongeldige host-regel: "_s)
-                || error.message().startsWith(u"Ongeldige disabled host-regel: "_s));
+            || error.message().startsWith(u"Ongeldige disabled host-regel: "_s));
         previous = error.line();
     }
 }
@@ -100,7 +100,8 @@ bool hasDocumentedLoss(const SSHConfigDocument& document)
             const SSHOption* option = item.asOption();
             if (option && option->key.compare(u"host"_s, Qt::CaseInsensitive) == 0)
                 return true;
-            if (option && !host.isEnabled && parseSectionHeader(QString(u"#   "_s + option->key + u' ' + option->value)))
+            if (option && !host.isEnabled
+                && parseSectionHeader(QString(u"#   "_s + option->key + u' ' + option->value)))
                 return true;
         }
     }
@@ -111,14 +112,15 @@ bool hasDocumentedLoss(const SSHConfigDocument& document)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-    const auto [document, errors] = SSHConfigParser{}.parse(text);
+    const auto [document, errors] = SSHConfigParser {}.parse(text);
     checkLinesAccountedFor(text, document);
-    checkErrors(errors, text.count(u'\n') + 1 + text.count(u'\r') + text.count(u'\v') + text.count(u'\f')
-                            + text.count(u'\u0085') + text.count(u'\u2028') + text.count(u'\u2029'));
+    checkErrors(errors,
+        text.count(u'\n') + 1 + text.count(u'\r') + text.count(u'\v') + text.count(u'\f') + text.count(u'\u0085')
+            + text.count(u'\u2028') + text.count(u'\u2029'));
     for (const SSHHost& host : document.hosts)
         checkHost(host);
 
-    const QString first = SSHConfigParser{}.serialize(document);
+    const QString first = SSHConfigParser {}.serialize(document);
     const QString second = write(first);
     require(write(second) == second);
     require(hasDocumentedLoss(document) || second == first);

@@ -64,8 +64,8 @@ void SSHConfigReader::closeHost()
 {
     if (!m_host)
         return;
-    m_host->items = QList<SSHHostItem>(std::make_move_iterator(m_items.begin()),
-                                       std::make_move_iterator(m_items.end()));
+    m_host->items
+        = QList<SSHHostItem>(std::make_move_iterator(m_items.begin()), std::make_move_iterator(m_items.end()));
     m_items.clear();
     m_result.document.hosts.append(std::move(*m_host));
     m_host.reset();

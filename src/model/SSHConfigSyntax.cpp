@@ -70,12 +70,11 @@ bool isWordSeparator(char16_t c)
 {
     if (c < 0x80)
         return c == u' ' || (c >= u'\t' && c <= u'\r');
-    return c == u'\u0085' || c == u'\u00A0' || c == u'\u1680' || (c >= u'\u2000' && c <= u'\u200A')
-        || c == u'\u2028' || c == u'\u2029' || c == u'\u202F' || c == u'\u205F' || c == u'\u3000';
+    return c == u'\u0085' || c == u'\u00A0' || c == u'\u1680' || (c >= u'\u2000' && c <= u'\u200A') || c == u'\u2028'
+        || c == u'\u2029' || c == u'\u202F' || c == u'\u205F' || c == u'\u3000';
 }
 
-template<typename Predicate>
-static QStringView trimWith(QStringView text, Predicate isTrimmed)
+template<typename Predicate> static QStringView trimWith(QStringView text, Predicate isTrimmed)
 {
     qsizetype begin = 0;
     qsizetype end = text.size();
@@ -126,7 +125,7 @@ QStringList parseHostPatterns(QStringView hostLine)
         }
     }
     if (words.size() < 2)
-        return {u"*"_s};
+        return { u"*"_s };
     words.removeFirst();
     return words;
 }
@@ -154,7 +153,7 @@ std::optional<OptionParts> parseOption(QStringView rawLine)
     if (!isValidOptionKey(key))
         return std::nullopt;
     const QStringView value = cut < t.size() ? trimBlanks(t.sliced(cut + 1)) : QStringView();
-    return OptionParts{key, value};
+    return OptionParts { key, value };
 }
 
 QStringList parseGroupComment(QStringView text)

@@ -32,12 +32,11 @@ public:
     SSHGlobalItem() = default;
     explicit SSHGlobalItem(Variant value)
         : m_value(std::move(value))
-    {
-    }
+    { }
 
-    static SSHGlobalItem directive(QString text) { return SSHGlobalItem(Variant(Directive{std::move(text)})); }
-    static SSHGlobalItem comment(QString text) { return SSHGlobalItem(Variant(Comment{std::move(text)})); }
-    static SSHGlobalItem blank() { return SSHGlobalItem(Variant(Blank{})); }
+    static SSHGlobalItem directive(QString text) { return SSHGlobalItem(Variant(Directive { std::move(text) })); }
+    static SSHGlobalItem comment(QString text) { return SSHGlobalItem(Variant(Comment { std::move(text) })); }
+    static SSHGlobalItem blank() { return SSHGlobalItem(Variant(Blank {})); }
 
     Kind kind() const { return static_cast<Kind>(m_value.index()); }
     bool isDirective() const { return std::holds_alternative<Directive>(m_value); }
@@ -54,5 +53,5 @@ public:
     friend bool operator==(const SSHGlobalItem& a, const SSHGlobalItem& b) { return a.m_value == b.m_value; }
 
 private:
-    Variant m_value = Blank{};
+    Variant m_value = Blank {};
 };

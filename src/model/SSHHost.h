@@ -15,11 +15,9 @@ struct SSHHost
 {
     /// A new host with a fresh random id.
     explicit SSHHost(QStringList hostPatterns = {}, QStringList groupLabels = {}, bool enabled = true,
-                     QList<SSHHostItem> hostItems = {})
-        : SSHHost(createRandomUuid(), std::move(hostPatterns), std::move(groupLabels), enabled,
-                  std::move(hostItems))
-    {
-    }
+        QList<SSHHostItem> hostItems = {})
+        : SSHHost(createRandomUuid(), std::move(hostPatterns), std::move(groupLabels), enabled, std::move(hostItems))
+    { }
 
     /// A host with a caller-given id.
     SSHHost(QUuid id, QStringList hostPatterns, QStringList groupLabels, bool enabled, QList<SSHHostItem> hostItems)
@@ -28,8 +26,7 @@ struct SSHHost
         , isEnabled(enabled)
         , items(std::move(hostItems))
         , m_id(id)
-    {
-    }
+    { }
 
     QUuid id() const { return m_id; }
 

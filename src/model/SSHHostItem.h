@@ -31,12 +31,11 @@ public:
     SSHHostItem() = default;
     explicit SSHHostItem(Variant value)
         : m_value(std::move(value))
-    {
-    }
+    { }
 
     static SSHHostItem option(SSHOption option) { return SSHHostItem(Variant(std::move(option))); }
-    static SSHHostItem comment(QString text) { return SSHHostItem(Variant(Comment{std::move(text)})); }
-    static SSHHostItem blank() { return SSHHostItem(Variant(Blank{})); }
+    static SSHHostItem comment(QString text) { return SSHHostItem(Variant(Comment { std::move(text) })); }
+    static SSHHostItem blank() { return SSHHostItem(Variant(Blank {})); }
 
     Kind kind() const { return static_cast<Kind>(m_value.index()); }
     bool isOption() const { return std::holds_alternative<SSHOption>(m_value); }
@@ -56,5 +55,5 @@ public:
     friend bool operator==(const SSHHostItem& a, const SSHHostItem& b) { return a.m_value == b.m_value; }
 
 private:
-    Variant m_value = Blank{};
+    Variant m_value = Blank {};
 };

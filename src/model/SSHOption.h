@@ -14,16 +14,14 @@ struct SSHOption
     /// A new option with a fresh random id.
     explicit SSHOption(QString optionKey = {}, QString optionValue = {})
         : SSHOption(createRandomUuid(), std::move(optionKey), std::move(optionValue))
-    {
-    }
+    { }
 
     /// An option with a caller-given id, for callers that rebuild an option they already know.
     SSHOption(QUuid id, QString optionKey, QString optionValue)
         : key(std::move(optionKey))
         , value(std::move(optionValue))
         , m_id(id)
-    {
-    }
+    { }
 
     QUuid id() const { return m_id; }
 

@@ -9,8 +9,7 @@ public:
     SSHParseError(qsizetype line, QString message)
         : m_line(line)
         , m_message(std::move(message))
-    {
-    }
+    { }
 
     /// The 1-based number of the offending line.
     qsizetype line() const { return m_line; }

@@ -16,17 +16,19 @@ private slots:
         QTest::addColumn<QStringList>("after");
 
         QTest::newRow("same label in other case and blanks keeps first form")
-            << u"  web  "_s << QStringList{u"WEB"_s} << QStringList{u"WEB"_s};
-        QTest::newRow("only blanks changes nothing") << u" \t "_s << QStringList{u"WEB"_s} << QStringList{u"WEB"_s};
-        QTest::newRow("new label is appended") << u"db"_s << QStringList{u"WEB"_s} << QStringList{u"WEB"_s, u"db"_s};
+            << u"  web  "_s << QStringList { u"WEB"_s } << QStringList { u"WEB"_s };
+        QTest::newRow("only blanks changes nothing")
+            << u" \t "_s << QStringList { u"WEB"_s } << QStringList { u"WEB"_s };
+        QTest::newRow("new label is appended")
+            << u"db"_s << QStringList { u"WEB"_s } << QStringList { u"WEB"_s, u"db"_s };
         QTest::newRow("trimmed of tab, newline and non-breaking space")
-            << u"\t\u00a0werk\n"_s << QStringList{} << QStringList{u"werk"_s};
+            << u"\t\u00a0werk\n"_s << QStringList {} << QStringList { u"werk"_s };
         QTest::newRow("trimmed of line separator, next line and ideographic space")
-            << u"\u2028\u0085werk\u3000"_s << QStringList{} << QStringList{u"werk"_s};
-        QTest::newRow("inner blanks stay") << u" web servers "_s << QStringList{} << QStringList{u"web servers"_s};
+            << u"\u2028\u0085werk\u3000"_s << QStringList {} << QStringList { u"werk"_s };
+        QTest::newRow("inner blanks stay") << u" web servers "_s << QStringList {} << QStringList { u"web servers"_s };
         QTest::newRow("non-ASCII letters compare ignoring case")
-            << u"\u00c9T\u00c9"_s << QStringList{u"\u00e9t\u00e9"_s} << QStringList{u"\u00e9t\u00e9"_s};
-        QTest::newRow("empty label") << QString() << QStringList{} << QStringList{};
+            << u"\u00c9T\u00c9"_s << QStringList { u"\u00e9t\u00e9"_s } << QStringList { u"\u00e9t\u00e9"_s };
+        QTest::newRow("empty label") << QString() << QStringList {} << QStringList {};
     }
 
     void appendUniqueGroup()
@@ -41,15 +43,15 @@ private slots:
     void appendUniqueGroupsDropsEmptyAndLaterDuplicates()
     {
         QStringList groups;
-        ::appendUniqueGroups({u"a"_s, u"A"_s, u"  b  "_s, QString()}, groups);
-        QCOMPARE(groups, (QStringList{u"a"_s, u"b"_s}));
+        ::appendUniqueGroups({ u"a"_s, u"A"_s, u"  b  "_s, QString() }, groups);
+        QCOMPARE(groups, (QStringList { u"a"_s, u"b"_s }));
     }
 
     void hostsWithEqualContentButDifferentIdsDiffer()
     {
-        const QList<SSHHostItem> items{SSHHostItem::blank()};
-        const SSHHost first({u"web"_s}, {u"werk"_s}, true, items);
-        const SSHHost second({u"web"_s}, {u"werk"_s}, true, items);
+        const QList<SSHHostItem> items { SSHHostItem::blank() };
+        const SSHHost first({ u"web"_s }, { u"werk"_s }, true, items);
+        const SSHHost second({ u"web"_s }, { u"werk"_s }, true, items);
         QVERIFY(first.id() != second.id());
         QVERIFY(!(first == second));
         const SSHHost copy = first;
@@ -71,16 +73,28 @@ private slots:
     {
         QFETCH(int, field);
         const SSHOption option(u"User"_s, u"root"_s);
-        const SSHHost original({u"a"_s}, {u"x"_s, u"y"_s}, true, {SSHHostItem::option(option)});
+        const SSHHost original({ u"a"_s }, { u"x"_s, u"y"_s }, true, { SSHHostItem::option(option) });
         SSHHost changed = original;
         QVERIFY(changed == original);
         switch (field) {
-        case 0: changed.patterns = {u"b"_s}; break;
-        case 1: changed.groups = {u"y"_s, u"x"_s}; break;
-        case 2: changed.isEnabled = false; break;
-        case 3: changed.items[0].asOption()->value = u"ROOT"_s; break;
-        case 4: changed.items[0] = SSHHostItem::comment(u"# User root"_s); break;
-        default: changed.items[0] = SSHHostItem::option(SSHOption(u"User"_s, u"root"_s)); break;
+        case 0:
+            changed.patterns = { u"b"_s };
+            break;
+        case 1:
+            changed.groups = { u"y"_s, u"x"_s };
+            break;
+        case 2:
+            changed.isEnabled = false;
+            break;
+        case 3:
+            changed.items[0].asOption()->value = u"ROOT"_s;
+            break;
+        case 4:
+            changed.items[0] = SSHHostItem::comment(u"# User root"_s);
+            break;
+        default:
+            changed.items[0] = SSHHostItem::option(SSHOption(u"User"_s, u"root"_s));
+            break;
         }
         QVERIFY(!(changed == original));
     }
@@ -105,7 +119,7 @@ private slots:
     {
         SSHConfigDocument document;
         document.globalItems.append(SSHGlobalItem::directive(u"Include x"_s));
-        document.hosts.append(SSHHost({u"web"_s}));
+        document.hosts.append(SSHHost({ u"web"_s }));
         const SSHConfigDocument copy = document;
         QVERIFY(copy == document);
         document.hosts[0].groups.append(u"g"_s);
@@ -116,8 +130,8 @@ private slots:
     {
         const SSHParseError error(3, u"Ongeldige host-regel: x=y"_s);
         QCOMPARE(error.identity(), u"3-Ongeldige host-regel: x=y"_s);
-        QCOMPARE(SSHParseError(12, u"Ongeldige host-regel: Port=22"_s).identity(),
-                 u"12-Ongeldige host-regel: Port=22"_s);
+        QCOMPARE(
+            SSHParseError(12, u"Ongeldige host-regel: Port=22"_s).identity(), u"12-Ongeldige host-regel: Port=22"_s);
         QVERIFY(error == SSHParseError(3, u"Ongeldige host-regel: x=y"_s));
         QVERIFY(!(error == SSHParseError(4, u"Ongeldige host-regel: x=y"_s)));
     }
@@ -127,7 +141,7 @@ private slots:
         QCOMPARE(SSHOption().id().version(), QUuid::Random);
         QCOMPARE(SSHHost().id().version(), QUuid::Random);
         const QUuid given = createRandomUuid();
-        QCOMPARE(SSHHost(given, {u"a"_s}, {}, false, {}).id(), given);
+        QCOMPARE(SSHHost(given, { u"a"_s }, {}, false, {}).id(), given);
     }
 };
 

@@ -16,7 +16,7 @@ constexpr int seedFileCount = 300;
 
 QString parseAndWrite(const QString& text)
 {
-    return SSHConfigParser{}.serialize(SSHConfigParser{}.parse(text).document);
+    return SSHConfigParser {}.serialize(SSHConfigParser {}.parse(text).document);
 }
 
 /// True when the document holds one of the elements that a write and read is known to change:
@@ -37,7 +37,8 @@ bool hasDocumentedLoss(const SSHConfigDocument& document)
                 continue;
             if (option->key.compare(u"host"_s, Qt::CaseInsensitive) == 0)
                 return true;
-            if (!host.isEnabled && SSHConfigSyntax::parseSectionHeader(QString(u"#   "_s + option->key + u' ' + option->value)))
+            if (!host.isEnabled
+                && SSHConfigSyntax::parseSectionHeader(QString(u"#   "_s + option->key + u' ' + option->value)))
                 return true;
         }
     }
@@ -84,7 +85,7 @@ private slots:
             const QString second = parseAndWrite(first);
             const QString third = parseAndWrite(second);
             QCOMPARE(third, second);
-            if (!hasDocumentedLoss(SSHConfigParser{}.parse(text).document))
+            if (!hasDocumentedLoss(SSHConfigParser {}.parse(text).document))
                 QCOMPARE(second, first);
         }
     }
@@ -104,11 +105,11 @@ private slots:
         ConfigTextGenerator generator(seed);
         for (int i = 0; i < generatedCount; ++i) {
             const SSHConfigDocument document = generator.nextLossFreeDocument();
-            const QString text = SSHConfigParser{}.serialize(document);
-            const auto [reread, errors] = SSHConfigParser{}.parse(text);
+            const QString text = SSHConfigParser {}.serialize(document);
+            const auto [reread, errors] = SSHConfigParser {}.parse(text);
             QCOMPARE(dumpIgnoringIds(reread), dumpIgnoringIds(document));
             QCOMPARE(dumpErrors(errors), QStringList());
-            QCOMPARE(SSHConfigParser{}.serialize(reread), text);
+            QCOMPARE(SSHConfigParser {}.serialize(reread), text);
         }
     }
 };

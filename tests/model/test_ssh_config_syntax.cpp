@@ -12,19 +12,19 @@ class TestSSHConfigSyntax : public QObject
 private slots:
     void characterClasses()
     {
-        for (const char16_t c : {u'\n', u'\v', u'\f', u'\r', u'\u0085', u'\u2028', u'\u2029'}) {
+        for (const char16_t c : { u'\n', u'\v', u'\f', u'\r', u'\u0085', u'\u2028', u'\u2029' }) {
             QVERIFY(isLineBreak(c));
             QVERIFY(isBlank(c));
             QVERIFY(isWordSeparator(c));
             QVERIFY(!isSpace(c));
         }
-        for (const char16_t c : {u' ', u'\t', u'\u00a0', u'\u1680', u'\u2000', u'\u200a', u'\u202f', u'\u3000'}) {
+        for (const char16_t c : { u' ', u'\t', u'\u00a0', u'\u1680', u'\u2000', u'\u200a', u'\u202f', u'\u3000' }) {
             QVERIFY(!isLineBreak(c));
             QVERIFY(isBlank(c));
             QVERIFY(isSpace(c));
             QVERIFY(isWordSeparator(c));
         }
-        for (const char16_t c : {u'x', u'#', u'\u200b', u'\u180e', u'\u0000', u'\u001c'}) {
+        for (const char16_t c : { u'x', u'#', u'\u200b', u'\u180e', u'\u0000', u'\u001c' }) {
             QVERIFY(!isBlank(c));
             QVERIFY(!isSpace(c));
             QVERIFY(!isWordSeparator(c));
@@ -78,12 +78,12 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QStringList>("patterns");
-        QTest::newRow("two patterns") << u"Host web-1 web-1.lan"_s << QStringList{u"web-1"_s, u"web-1.lan"_s};
+        QTest::newRow("two patterns") << u"Host web-1 web-1.lan"_s << QStringList { u"web-1"_s, u"web-1.lan"_s };
         QTest::newRow("runs of mixed separators")
-            << u"Host  a\t\u00a0b\u3000c"_s << QStringList{u"a"_s, u"b"_s, u"c"_s};
-        QTest::newRow("keyword alone gives star") << u"Host"_s << QStringList{u"*"_s};
-        QTest::newRow("keyword and blanks give star") << u"Host   "_s << QStringList{u"*"_s};
-        QTest::newRow("negation and wildcard kept") << u"Host !a *.b"_s << QStringList{u"!a"_s, u"*.b"_s};
+            << u"Host  a\t\u00a0b\u3000c"_s << QStringList { u"a"_s, u"b"_s, u"c"_s };
+        QTest::newRow("keyword alone gives star") << u"Host"_s << QStringList { u"*"_s };
+        QTest::newRow("keyword and blanks give star") << u"Host   "_s << QStringList { u"*"_s };
+        QTest::newRow("negation and wildcard kept") << u"Host !a *.b"_s << QStringList { u"!a"_s, u"*.b"_s };
     }
 
     void hostPatterns()
@@ -138,14 +138,14 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QStringList>("labels");
-        QTest::newRow("two labels") << u"# Group: werk, klanten"_s << QStringList{u"werk"_s, u"klanten"_s};
-        QTest::newRow("no space, empty piece") << u"#group:a,,b"_s << QStringList{u"a"_s, u"b"_s};
-        QTest::newRow("no labels") << u"# Group:"_s << QStringList{};
-        QTest::newRow("Groups is not Group") << u"# Groups: a"_s << QStringList{};
-        QTest::newRow("duplicates kept here") << u"# GROUP: a, A"_s << QStringList{u"a"_s, u"A"_s};
-        QTest::newRow("indented with blanks") << u"\t#   group :x"_s << QStringList{};
-        QTest::newRow("not a comment") << u"Group: a"_s << QStringList{};
-        QTest::newRow("blanks around") << u" #\tGroup:\u00a0a ,\tb "_s << QStringList{u"a"_s, u"b"_s};
+        QTest::newRow("two labels") << u"# Group: werk, klanten"_s << QStringList { u"werk"_s, u"klanten"_s };
+        QTest::newRow("no space, empty piece") << u"#group:a,,b"_s << QStringList { u"a"_s, u"b"_s };
+        QTest::newRow("no labels") << u"# Group:"_s << QStringList {};
+        QTest::newRow("Groups is not Group") << u"# Groups: a"_s << QStringList {};
+        QTest::newRow("duplicates kept here") << u"# GROUP: a, A"_s << QStringList { u"a"_s, u"A"_s };
+        QTest::newRow("indented with blanks") << u"\t#   group :x"_s << QStringList {};
+        QTest::newRow("not a comment") << u"Group: a"_s << QStringList {};
+        QTest::newRow("blanks around") << u" #\tGroup:\u00a0a ,\tb "_s << QStringList { u"a"_s, u"b"_s };
     }
 
     void groupComment()

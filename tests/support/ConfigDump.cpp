@@ -46,8 +46,8 @@ QStringList dumpIgnoringIds(const SSHConfigDocument& document)
     for (const SSHGlobalItem& item : document.globalItems)
         lines.append(dumpGlobalItem(item));
     for (const SSHHost& host : document.hosts) {
-        lines.append((host.isEnabled ? u"host "_s : u"disabled host "_s) + joinQuoted(host.patterns)
-                     + u" groups "_s + joinQuoted(host.groups));
+        lines.append((host.isEnabled ? u"host "_s : u"disabled host "_s) + joinQuoted(host.patterns) + u" groups "_s
+            + joinQuoted(host.groups));
         for (const SSHHostItem& item : host.items)
             lines.append(dumpHostItem(item));
     }

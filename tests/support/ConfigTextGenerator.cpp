@@ -7,22 +7,20 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-const QStringList keys = {u"HostName"_s,    u"User"_s,     u"Port"_s,          u"IdentityFile"_s, u"ProxyJump"_s,
-                          u"ForwardAgent"_s, u"LocalForward"_s, u"ServerAliveInterval"_s, u"Match"_s,
-                          u"Include"_s,     u"hostname"_s, u"X11Forwarding"_s, u"SetEnv"_s};
-const QStringList words = {u"web"_s, u"db-1"_s, u"*.lan"_s, u"!bastion"_s, u"10.0.0.5"_s, u"caf\u00e9"_s,
-                           u"cafe\u0301"_s, u"root"_s, u"~/.ssh/id_ed25519"_s, u"\"~/my keys/id\""_s,
-                           u"yes"_s, u"22"_s, u"a=b"_s, u"#x"_s, u"w?b"_s, u"\u00fcber"_s, u"\U0001F511"_s};
-const QStringList patternWords = {u"web"_s,  u"db-1"_s,          u"*.lan"_s,        u"!bastion"_s,
-                                  u"10.0.0.5"_s, u"caf\u00e9"_s, u"cafe\u0301"_s, u"w?b"_s,
-                                  u"\u00fcber"_s, u"\U0001F511"_s, u"#x"_s};
-const QStringList blanks = {u" "_s, u"  "_s, u"\t"_s, u"\u00a0"_s, u"\u3000"_s, u" \t "_s};
+const QStringList keys
+    = { u"HostName"_s, u"User"_s, u"Port"_s, u"IdentityFile"_s, u"ProxyJump"_s, u"ForwardAgent"_s, u"LocalForward"_s,
+          u"ServerAliveInterval"_s, u"Match"_s, u"Include"_s, u"hostname"_s, u"X11Forwarding"_s, u"SetEnv"_s };
+const QStringList words = { u"web"_s, u"db-1"_s, u"*.lan"_s, u"!bastion"_s, u"10.0.0.5"_s, u"caf\u00e9"_s,
+    u"cafe\u0301"_s, u"root"_s, u"~/.ssh/id_ed25519"_s, u"\"~/my keys/id\""_s, u"yes"_s, u"22"_s, u"a=b"_s, u"#x"_s,
+    u"w?b"_s, u"\u00fcber"_s, u"\U0001F511"_s };
+const QStringList patternWords = { u"web"_s, u"db-1"_s, u"*.lan"_s, u"!bastion"_s, u"10.0.0.5"_s, u"caf\u00e9"_s,
+    u"cafe\u0301"_s, u"w?b"_s, u"\u00fcber"_s, u"\U0001F511"_s, u"#x"_s };
+const QStringList blanks = { u" "_s, u"  "_s, u"\t"_s, u"\u00a0"_s, u"\u3000"_s, u" \t "_s };
 } // namespace
 
 ConfigTextGenerator::ConfigTextGenerator(quint64 seed)
     : m_state(seed)
-{
-}
+{ }
 
 quint64 ConfigTextGenerator::nextRandom()
 {
@@ -58,10 +56,9 @@ QString ConfigTextGenerator::randomValue()
 
 QString ConfigTextGenerator::randomComment()
 {
-    return pick({u"# note"_s, u"#note"_s, u"# PRODUCTION"_s, u"# WEB  SERVERS"_s, u"# 42"_s, u"# ---"_s,
-                 u"# Group: werk, klanten"_s, u"#group:a,,b"_s, u"# Group:"_s, u"# Groups: a"_s, u"#"_s,
-                 u"# Host keys follow"_s, u"# HOST DB"_s, u"# # retired"_s, u"# Web servers"_s,
-                 u"# Group: Web, WEB, web"_s, u"# caf\u00e9"_s});
+    return pick({ u"# note"_s, u"#note"_s, u"# PRODUCTION"_s, u"# WEB  SERVERS"_s, u"# 42"_s, u"# ---"_s,
+        u"# Group: werk, klanten"_s, u"#group:a,,b"_s, u"# Group:"_s, u"# Groups: a"_s, u"#"_s, u"# Host keys follow"_s,
+        u"# HOST DB"_s, u"# # retired"_s, u"# Web servers"_s, u"# Group: Web, WEB, web"_s, u"# caf\u00e9"_s });
 }
 
 QString ConfigTextGenerator::randomLineBreak()
@@ -71,7 +68,7 @@ QString ConfigTextGenerator::randomLineBreak()
         return u"\n"_s;
     if (kind < 17)
         return u"\r\n"_s;
-    return pick({u"\r"_s, u"\u2028"_s, u"\u0085"_s, u"\f"_s, u"\v"_s, u"\u2029"_s});
+    return pick({ u"\r"_s, u"\u2028"_s, u"\u0085"_s, u"\f"_s, u"\v"_s, u"\u2029"_s });
 }
 
 QString ConfigTextGenerator::randomLine()
@@ -79,19 +76,19 @@ QString ConfigTextGenerator::randomLine()
     const QString indent = chance(50) ? QString() : pick(blanks);
     switch (below(10)) {
     case 0:
-        return indent + pick({u"Host "_s, u"HOST "_s, u"host "_s, u"Host\t"_s, u"Hostname "_s}) + randomValue();
+        return indent + pick({ u"Host "_s, u"HOST "_s, u"host "_s, u"Host\t"_s, u"Hostname "_s }) + randomValue();
     case 1:
-        return indent + pick({u"# Host "_s, u"#Host "_s, u"#  host "_s}) + randomValue();
+        return indent + pick({ u"# Host "_s, u"#Host "_s, u"#  host "_s }) + randomValue();
     case 2:
         return indent + randomComment();
     case 3:
         return chance(50) ? QString() : indent;
     case 4:
-        return indent + pick({u"#   "_s, u"# "_s, u"#"_s}) + randomKey() + pick(blanks) + randomValue();
+        return indent + pick({ u"#   "_s, u"# "_s, u"#"_s }) + randomKey() + pick(blanks) + randomValue();
     case 5:
-        return indent + randomKey() + pick({u"="_s, u" = "_s, u"\t"_s}) + randomValue();
+        return indent + randomKey() + pick({ u"="_s, u" = "_s, u"\t"_s }) + randomValue();
     case 6:
-        return indent + pick({u"bad-key x"_s, u"1Port 22"_s, u"Port=22"_s, u"#   bad-key x"_s});
+        return indent + pick({ u"bad-key x"_s, u"1Port 22"_s, u"Port=22"_s, u"#   bad-key x"_s });
     default:
         return indent + randomKey() + pick(blanks) + randomValue() + (chance(20) ? u" # main"_s : QString());
     }
@@ -112,8 +109,7 @@ QStringList ConfigTextGenerator::randomGroups()
 {
     QStringList groups;
     for (int count = below(4); count > 0; --count)
-        appendUniqueGroup(pick({u"werk"_s, u"Klanten"_s, u"PRODUCTION"_s, u"web servers"_s, u"caf\u00e9"_s}),
-                          groups);
+        appendUniqueGroup(pick({ u"werk"_s, u"Klanten"_s, u"PRODUCTION"_s, u"web servers"_s, u"caf\u00e9"_s }), groups);
     return groups;
 }
 
@@ -123,7 +119,7 @@ SSHHostItem ConfigTextGenerator::randomLossFreeItem(bool isEnabled)
     if (kind == 0)
         return SSHHostItem::blank();
     if (kind < 3)
-        return SSHHostItem::comment(pick({u"# note"_s, u"# PRODUCTION"_s, u"# Group: x"_s, u"#x"_s, u"# # y"_s}));
+        return SSHHostItem::comment(pick({ u"# note"_s, u"# PRODUCTION"_s, u"# Group: x"_s, u"#x"_s, u"# # y"_s }));
     // Every key here has a lower-case letter, so no disabled option reads back as a section header,
     // and none is Host, which would read back as a host line.
     Q_UNUSED(isEnabled);
@@ -149,10 +145,10 @@ SSHConfigDocument ConfigTextGenerator::nextLossFreeDocument()
         if (kind == 0)
             document.globalItems.append(SSHGlobalItem::blank());
         else if (kind == 1)
-            document.globalItems.append(SSHGlobalItem::comment(pick({u"# note"_s, u"# Web servers"_s})));
+            document.globalItems.append(SSHGlobalItem::comment(pick({ u"# note"_s, u"# Web servers"_s })));
         else
-            document.globalItems.append(SSHGlobalItem::directive(pick({u"Include ~/.ssh/conf.d/*"_s,
-                                                                       u"  Match host x"_s, u"Port=22 "_s})));
+            document.globalItems.append(
+                SSHGlobalItem::directive(pick({ u"Include ~/.ssh/conf.d/*"_s, u"  Match host x"_s, u"Port=22 "_s })));
     }
     for (int count = below(6); count > 0; --count)
         document.hosts.append(randomLossFreeHost());
