@@ -186,7 +186,10 @@ void RawEditorView::takeUserEdit()
 {
     if (m_applyingModelText)
         return;
-    QString text = m_editor->toPlainText();
+    // The document's raw text, not toPlainText(): that one turns no-break spaces and line separators
+    // into plain blanks and line breaks, which would silently change the file on the next save.
+    QString text = m_editor->document()->toRawText();
+    text.replace(QChar::ParagraphSeparator, u'\n');
     if (text == m_editorText)
         return;
     m_editorText = text;

@@ -177,6 +177,15 @@ private Q_SLOTS:
         QVERIFY(m_fixture->viewModel->rawText() != sampleConfig + u"    Port 22"_s);
     }
 
+    void typingKeepsSpecialSpacesElsewhereInTheText()
+    {
+        const QString special = u"Host web\n    HostName a\u00a0b\n    User c\u2028d\n"_s;
+        m_fixture->viewModel->setRawText(special);
+        auto view = shownView();
+        typeAtEnd(child<QPlainTextEdit>(*view, u"rawTextEditor"_s), u"#"_s);
+        QCOMPARE(m_fixture->viewModel->rawText(), special + u"#"_s);
+    }
+
     void programmaticUpdatesAreShownNotReported()
     {
         auto view = shownView();
