@@ -21,10 +21,9 @@ SidebarView::SidebarView(SSHConfigViewModel& viewModel, QWidget* parent)
 {
     setObjectName(u"sidebar"_s);
     m_title->setObjectName(u"sidebarTitle"_s);
-    applyTextStyle(m_title, TextStyle::headline);
-    QFont titleFont = m_title->font();
-    titleFont.setPointSizeF(titleFont.pointSizeF() * 1.25);
-    m_title->setFont(titleFont);
+    // A muted section label, like a desktop sidebar's, so it does not compete with the pane's own headings.
+    m_title->setFont(textStyleFont(TextStyle::caption, textStyleFont(TextStyle::headline, m_title->font())));
+    makeSecondaryText(m_title);
     m_pages->setObjectName(u"sidebarPages"_s);
     m_pages->addWidget(m_hosts);
     m_pages->addWidget(m_knownHosts);

@@ -6,6 +6,7 @@
 #include "MainToolBar.h"
 #include "MainWindow.h"
 #include "TarnwickApplication.h"
+#include "TextStyle.h"
 #include "WindowFixture.h"
 
 #include <QAction>
@@ -68,6 +69,7 @@ private Q_SLOTS:
     void structuredTabShowsEditorOrEmptyState();
     void newWindowSharesTheViewModel();
     void windowHasTitleAndMinimumSize();
+    void windowRendersTheSampleFiles();
 
     // Icon
     void drawnIconPixels_data();
@@ -366,6 +368,32 @@ void TestMainWindow::windowHasTitleAndMinimumSize()
     QCOMPARE(action(window, u"preferencesAction"_s)->menuRole(), QAction::PreferencesRole);
     QCOMPARE(action(window, u"quitAction"_s)->menuRole(), QAction::QuitRole);
     QCOMPARE(action(window, u"aboutAction"_s)->menuRole(), QAction::AboutRole);
+}
+
+void TestMainWindow::windowRendersTheSampleFiles()
+{
+    WindowFixture fixture;
+    SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig(), WindowFixture::sampleKnownHosts());
+    MainWindow window(viewModel, donationURLFromAddress(u"https://example.org/coffee"_s));
+    window.resize(1200, 760);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    viewModel.updateHost(viewModel.host(0), 0);
+    viewModel.setRawEditorDirty(true);
+    const QImage image = window.grab().toImage();
+    QCOMPARE(image.size() / image.devicePixelRatio(), QSize(1200, 760));
+
+    // The status line's warning is drawn in orange somewhere along the bottom.
+    bool orange = false;
+    for (int y = image.height() - 40; y < image.height() && !orange; ++y) {
+        for (int x = image.width() / 2; x < image.width() && !orange; ++x)
+            orange = image.pixelColor(x, y) == warningOrange();
+    }
+    QVERIFY(orange);
+
+    // Set TARNWICK_SCREENSHOT_DIR to keep the picture, e.g. for the documentation.
+    if (const QString folder = qEnvironmentVariable("TARNWICK_SCREENSHOT_DIR"); !folder.isEmpty())
+        QVERIFY(image.save(QDir(folder).filePath(u"main-window.png"_s)));
 }
 
 void TestMainWindow::drawnIconPixels_data()
