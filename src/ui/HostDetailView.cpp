@@ -66,27 +66,9 @@ QWidget* HostDetailView::makeHostGroup()
     auto* box = new QGroupBox(u"Host"_s, m_form);
     box->setObjectName(u"hostGroupBox"_s);
     QVBoxLayout* layout = groupLayout(box, 12);
-
-    m_patternsField = new QLineEdit(box);
-    m_patternsField->setObjectName(u"hostPatternsField"_s);
-    m_patternsField->setPlaceholderText(u"Host patterns (spatie-gescheiden)"_s);
-    connect(m_patternsField, &QLineEdit::textEdited, this, [this](const QString& text) {
-        editHost([&text](SSHHost& host) {
-            host.patterns = HostDetailRules::patternsFromText(text);
-            return true;
-        });
-    });
-
-    m_groupsField = new QLineEdit(box);
-    m_groupsField->setObjectName(u"hostGroupsField"_s);
-    m_groupsField->setPlaceholderText(u"Groepen (komma-gescheiden)"_s);
-    connect(m_groupsField, &QLineEdit::textEdited, this, [this](const QString& text) {
-        editHost([&text](SSHHost& host) {
-            host.groups = HostDetailRules::groupsFromText(text);
-            return true;
-        });
-    });
-
+    // Made in reading order, which is also the Tab order.
+    layout->addWidget(makePatternsField(box));
+    layout->addWidget(makeGroupsField(box));
     m_enabledToggle = new QCheckBox(u"Host actief"_s, box);
     m_enabledToggle->setObjectName(u"hostEnabledToggle"_s);
     connect(m_enabledToggle, &QCheckBox::toggled, this, [this](bool on) {
@@ -95,19 +77,44 @@ QWidget* HostDetailView::makeHostGroup()
             return true;
         });
     });
+    layout->addWidget(m_enabledToggle);
+    return box;
+}
 
+QLineEdit* HostDetailView::makePatternsField(QWidget* parent)
+{
+    m_patternsField = new QLineEdit(parent);
+    m_patternsField->setObjectName(u"hostPatternsField"_s);
+    m_patternsField->setPlaceholderText(u"Host patterns (spatie-gescheiden)"_s);
+    connect(m_patternsField, &QLineEdit::textEdited, this, [this](const QString& text) {
+        editHost([&text](SSHHost& host) {
+            host.patterns = HostDetailRules::patternsFromText(text);
+            return true;
+        });
+    });
     bindField(
         m_patternsField, [](const SSHHost& host) { return HostDetailRules::patternsText(host.patterns); },
         [](const QString& text, const SSHHost& host) {
             return HostDetailRules::patternsFromText(text) == host.patterns;
         });
+    return m_patternsField;
+}
+
+QLineEdit* HostDetailView::makeGroupsField(QWidget* parent)
+{
+    m_groupsField = new QLineEdit(parent);
+    m_groupsField->setObjectName(u"hostGroupsField"_s);
+    m_groupsField->setPlaceholderText(u"Groepen (komma-gescheiden)"_s);
+    connect(m_groupsField, &QLineEdit::textEdited, this, [this](const QString& text) {
+        editHost([&text](SSHHost& host) {
+            host.groups = HostDetailRules::groupsFromText(text);
+            return true;
+        });
+    });
     bindField(
         m_groupsField, [](const SSHHost& host) { return HostDetailRules::groupsText(host.groups); },
         [](const QString& text, const SSHHost& host) { return HostDetailRules::groupsFromText(text) == host.groups; });
-    layout->addWidget(m_patternsField);
-    layout->addWidget(m_groupsField);
-    layout->addWidget(m_enabledToggle);
-    return box;
+    return m_groupsField;
 }
 
 QWidget* HostDetailView::makeCommonOptionsGroup()

@@ -39,6 +39,8 @@ private:
     };
 
     QWidget* makeHostGroup();
+    QLineEdit* makePatternsField(QWidget* parent);
+    QLineEdit* makeGroupsField(QWidget* parent);
     QWidget* makeCommonOptionsGroup();
     QWidget* makeCommonOptionRow(const QString& key, const QString& placeholder);
     QWidget* makeExtraOptionsGroup();
