@@ -1,5 +1,6 @@
 #include "KnownHostsEntryReader.h"
 
+#include "KnownHostsTextScan.h"
 #include "RandomUuid.h"
 
 #include <QStringList>
@@ -20,7 +21,7 @@ struct Fields
 
 qsizetype skipWhiteSpace(QStringView text, qsizetype at)
 {
-    while (at < text.size() && KnownHostsEntryReader::isWhiteSpace(text[at]))
+    while (at < text.size() && KnownHostsTextScan::isWhiteSpace(text[at].unicode()))
         ++at;
     return at;
 }
@@ -36,9 +37,7 @@ Fields splitFields(QStringView text)
             fields.restStart = at;
             break;
         }
-        qsizetype end = at;
-        while (end < text.size() && !KnownHostsEntryReader::isWhiteSpace(text[end]))
-            ++end;
+        const qsizetype end = KnownHostsTextScan::nextWhiteSpace(text, at);
         fields.leading[static_cast<std::size_t>(fields.leadingCount++)] = text.sliced(at, end - at);
         at = skipWhiteSpace(text, end);
     }
@@ -58,7 +57,7 @@ bool isNormalisedComment(QStringView comment)
 {
     QChar previous;
     for (const QChar c : comment) {
-        if (KnownHostsEntryReader::isWhiteSpace(c) && (c != u' ' || previous == u' '))
+        if (KnownHostsTextScan::isWhiteSpace(c.unicode()) && (c != u' ' || previous == u' '))
             return false;
         previous = c;
     }
@@ -77,9 +76,7 @@ QString commentFrom(QStringView text, qsizetype restStart)
     joined.reserve(rest.size());
     qsizetype at = 0;
     while (at < rest.size()) {
-        qsizetype end = at;
-        while (end < rest.size() && !KnownHostsEntryReader::isWhiteSpace(rest[end]))
-            ++end;
+        const qsizetype end = KnownHostsTextScan::nextWhiteSpace(rest, at);
         if (!joined.isEmpty())
             joined += u' ';
         joined += rest.sliced(at, end - at);

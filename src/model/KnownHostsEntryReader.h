@@ -18,16 +18,6 @@ public:
     /// (four after a marker) or a hosts field without a name. Never throws.
     std::optional<KnownHostEntry> read(QStringView text, int lineNumber, bool isCommentedOut);
 
-    /// Unicode white space (blank, tab, the line breaks, no-break and other separators).
-    static bool isWhiteSpace(QChar c) { return c.isSpace(); }
-
-    /// The characters that end a line, each on its own: LF, VT, FF, CR, NEL, LS and PS.
-    static bool isLineBreak(QChar c)
-    {
-        const char16_t u = c.unicode();
-        return (u >= 0x0A && u <= 0x0D) || u == 0x85 || u == 0x2028 || u == 0x2029;
-    }
-
 private:
     QString sharedKeyType(QStringView keyType);
 

@@ -1,21 +1,12 @@
 #include "KnownHostsService.h"
 
 #include "KnownHostsEntryReader.h"
+#include "KnownHostsTextScan.h"
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-qsizetype countLines(QStringView text)
-{
-    qsizetype lines = 1;
-    for (const QChar c : text) {
-        if (KnownHostsEntryReader::isLineBreak(c))
-            ++lines;
-    }
-    return lines;
-}
-
 // "#", then one blank, come off; a second "#" or a tab stays (the field split absorbs the tab).
 QStringView strippedCommentPrefix(QStringView trimmed)
 {
@@ -111,18 +102,14 @@ KnownHostsParseResult KnownHostsService::parse(const QString& text) const
 {
     KnownHostsParseResult result;
     QList<KnownHostsRecord>& records = result.document.records();
-    records.reserve(countLines(text));
-    KnownHostsEntryReader reader;
     const QStringView view(text);
-    qsizetype lineStart = 0;
+    records.reserve(KnownHostsTextScan::countLineBreaks(view) + 1);
+    KnownHostsEntryReader reader;
     int lineNumber = 1;
-    for (qsizetype at = 0; at <= view.size(); ++at) {
-        if (at < view.size() && !KnownHostsEntryReader::isLineBreak(view[at]))
-            continue;
-        const QStringView line = view.sliced(lineStart, at - lineStart);
-        records.emplaceBack(kindOfLine(line, lineNumber, reader, result.errors));
-        lineStart = at + 1;
-        ++lineNumber;
+    for (qsizetype lineStart = 0; lineStart <= view.size(); ++lineNumber) {
+        const qsizetype lineEnd = KnownHostsTextScan::nextLineBreak(view, lineStart);
+        records.emplaceBack(kindOfLine(view.sliced(lineStart, lineEnd - lineStart), lineNumber, reader, result.errors));
+        lineStart = lineEnd + 1;
     }
     return result;
 }
