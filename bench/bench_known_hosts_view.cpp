@@ -1,0 +1,213 @@
+// Speed of the known_hosts tab itself, on a known_hosts file of 100,000 entries: one keystroke in
+// "Search known_hosts" until the list has repainted, and selecting an entry until its details have
+// repainted. Target for both: 16 ms (one frame). Runs on the offscreen platform.
+
+#include "KnownHostsView.h"
+#include "SSHConfigViewModel.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListView>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class NoTerminals final : public TerminalDiscovering
+{
+public:
+    QList<TerminalApp> discoverTerminalApps() const override { return {}; }
+};
+
+class NoLaunch final : public TerminalLaunching
+{
+public:
+    bool launch(const TerminalApp&, const QString&) override { return false; }
+};
+
+QByteArray base64Text(std::mt19937& random, int length)
+{
+    static const char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    QByteArray text(length, '\0');
+    std::uniform_int_distribution<int> pick(0, 63);
+    for (char& c : text)
+        c = alphabet[pick(random)];
+    return text;
+}
+
+// Plain names with addresses, hashed names, bracketed ports, markers, commented-out entries and
+// comments, with the key lengths of ed25519, ECDSA and RSA.
+QByteArray knownHostsText(int entries)
+{
+    std::mt19937 random(20240131);
+    QByteArray text;
+    for (int i = 0; i < entries; ++i) {
+        const QByteArray n = QByteArray::number(i);
+        if (i % 89 == 0)
+            text += "# ";
+        if (i % 97 == 0)
+            text += "@revoked ";
+        if (i % 3 == 0)
+            text += "|1|" + base64Text(random, 27) + "=|" + base64Text(random, 27) + "= ";
+        else if (i % 7 == 0)
+            text += "[git" + n + ".example.com]:2222 ";
+        else
+            text += "host" + n + ".example.com,10." + QByteArray::number(i % 250) + ".1." +
+                    QByteArray::number(i / 250 % 250) + " ";
+        switch (i % 5) {
+        case 0: text += "ssh-rsa AAAAB3NzaC1yc2E" + base64Text(random, 521); break;
+        case 1: text += "ecdsa-sha2-nistp256 AAAAE2VjZHNh" + base64Text(random, 128); break;
+        default: text += "ssh-ed25519 AAAAC3NzaC1lZDI1NTE5" + base64Text(random, 48); break;
+        }
+        text += i % 11 == 0 ? " admin@laptop\n" : "\n";
+    }
+    return text;
+}
+
+/// The file, the view model and one known_hosts tab on screen; built once.
+struct Setup
+{
+    Setup()
+    {
+        const QString knownHosts = directory.filePath(u".ssh/known_hosts"_s);
+        QDir().mkpath(QFileInfo(knownHosts).absolutePath());
+        QFile file(knownHosts);
+        const QByteArray bytes = knownHostsText(100'000);
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("cannot write %s", qPrintable(knownHosts));
+        file.close();
+        viewModel = std::make_unique<SSHConfigViewModel>(
+            std::make_shared<SSHFileService>(directory.filePath(u".ssh/config"_s), knownHosts),
+            std::make_shared<NoTerminals>(), std::make_shared<NoLaunch>(),
+            std::make_shared<InMemoryUserDefaultsStore>());
+        view = std::make_unique<KnownHostsView>(*viewModel);
+        view->resize(1100, 700);
+        view->show();
+        search = view->findChild<QLineEdit*>(u"knownHostsSearchField"_s);
+        list = view->findChild<QListView*>(u"knownHostsList"_s);
+        detail = view->findChild<QWidget*>(u"knownHostDetailView"_s);
+        QApplication::processEvents();
+    }
+
+    /// One key press and release in the search field, as the keyboard would deliver it.
+    void type(Qt::Key key, const QString& text) const
+    {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
+        QApplication::sendEvent(search, &press);
+        QApplication::sendEvent(search, &release);
+    }
+
+    /// Delivers what is pending and paints the list (and the detail pane) now, as the next frame would.
+    void redraw() const
+    {
+        QApplication::processEvents();
+        list->viewport()->repaint();
+        detail->repaint();
+    }
+
+    QTemporaryDir directory;
+    std::unique_ptr<SSHConfigViewModel> viewModel;
+    std::unique_ptr<KnownHostsView> view;
+    QLineEdit* search = nullptr;
+    QListView* list = nullptr;
+    QWidget* detail = nullptr;
+};
+
+Setup& setup()
+{
+    static Setup instance;
+    return instance;
+}
+
+// Each iteration is one keystroke: the character after prefix, then Backspace, and so on.
+void keystrokes(benchmark::State& state, const QString& prefix, Qt::Key key, const QString& character)
+{
+    Setup& s = setup();
+    s.search->setFocus();
+    s.viewModel->setKnownHostsSearchText(prefix);
+    s.redraw();
+    bool typed = false;
+    for (auto _ : state) {
+        if (typed)
+            s.type(Qt::Key_Backspace, QString());
+        else
+            s.type(key, character);
+        typed = !typed;
+        s.redraw();
+    }
+    state.counters["rows"] = double(s.list->model()->rowCount());
+    s.viewModel->setKnownHostsSearchText(QString());
+    s.redraw();
+}
+
+void BM_SearchKeystroke_Host(benchmark::State& state)
+{
+    keystrokes(state, u"host12"_s, Qt::Key_3, u"3"_s);
+}
+BENCHMARK(BM_SearchKeystroke_Host)->Unit(benchmark::kMillisecond);
+
+// From the whole list to almost nothing and back: the most rows leave and come back.
+void BM_SearchKeystroke_FirstLetter(benchmark::State& state)
+{
+    keystrokes(state, QString(), Qt::Key_Q, u"q"_s);
+}
+BENCHMARK(BM_SearchKeystroke_FirstLetter)->Unit(benchmark::kMillisecond);
+
+// A query found nowhere makes every entry search all of its fields, keys included.
+void BM_SearchKeystroke_NoMatch(benchmark::State& state)
+{
+    keystrokes(state, u"qq.z"_s, Qt::Key_X, u"x"_s);
+}
+BENCHMARK(BM_SearchKeystroke_NoMatch)->Unit(benchmark::kMillisecond);
+
+// A click on a row: the list's selection, the view model, the detail pane, and both repainted.
+void selectRows(benchmark::State& state, int firstRow)
+{
+    Setup& s = setup();
+    QItemSelectionModel* selection = s.list->selectionModel();
+    int step = 0;
+    for (auto _ : state) {
+        const QModelIndex index = s.list->model()->index(firstRow + step % 2 * 7, 0);
+        selection->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+        s.redraw();
+        ++step;
+    }
+}
+
+void BM_SelectEntry_Top(benchmark::State& state)
+{
+    selectRows(state, 1);
+}
+BENCHMARK(BM_SelectEntry_Top)->Unit(benchmark::kMillisecond);
+
+// The selected entry is looked up by id, so an entry near the end costs the most.
+void BM_SelectEntry_End(benchmark::State& state)
+{
+    selectRows(state, 99'990);
+}
+BENCHMARK(BM_SelectEntry_End)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
