@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -89,10 +90,13 @@ QGroupBox* PreferencesView::buildTerminalSection(QWidget* parent)
     m_selectedTerminal = textLabel(QString(), u"selectedTerminalLabel"_s, section);
     applyTextStyle(m_selectedTerminal, TextStyle::caption);
     makeSecondaryText(m_selectedTerminal);
-    m_terminalForm->addRow(m_selectedTerminal);
+    m_terminalForm->addRow(QString(), m_selectedTerminal); // under the picker it names
     auto* reload = new QPushButton(u"Herlaad terminal lijst"_s, section);
     reload->setObjectName(u"reloadTerminalsButton"_s);
-    m_terminalForm->addRow(reload);
+    auto* reloadRow = new QHBoxLayout;
+    reloadRow->addWidget(reload);
+    reloadRow->addStretch(1);
+    m_terminalForm->addRow(reloadRow);
     QLabel* explanation = textLabel(u"Voor Terminal, iTerm2 en Warp start de app direct `ssh`. Voor andere terminals "
                                     u"opent de app en zet hij het ssh-commando op je klembord."_s,
                                     u"terminalExplanationLabel"_s, section);
