@@ -61,6 +61,14 @@ HostDetailView::HostDetailView(SSHConfigViewModel& viewModel, QWidget* parent)
     updateAddButton();
 }
 
+HostDetailView::~HostDetailView()
+{
+    // Closing the window moves the focus out of a field while QWidget's destructor runs, and the
+    // field's editingFinished would reach this view after its members are gone.
+    for (QObject* child : findChildren<QObject*>())
+        disconnect(child, nullptr, this, nullptr);
+}
+
 QWidget* HostDetailView::makeHostGroup()
 {
     auto* box = new QGroupBox(u"Host"_s, m_form);

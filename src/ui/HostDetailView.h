@@ -27,6 +27,7 @@ class HostDetailView : public QWidget
 
 public:
     explicit HostDetailView(SSHConfigViewModel& viewModel, QWidget* parent = nullptr);
+    ~HostDetailView() override;
 
 private:
     // A text field showing one value of the host: how the host gives its text, and whether a text
