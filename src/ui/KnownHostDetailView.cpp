@@ -10,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QStackedLayout>
 #include <QVBoxLayout>
@@ -66,14 +67,20 @@ KnownHostDetailView::KnownHostDetailView(SSHConfigViewModel& viewModel, QWidget*
                                       u"Selecteer links een known_hosts entry om acties uit te voeren."_s, this);
     m_emptyState->setObjectName(u"knownHostEmptyState"_s);
     m_pages->addWidget(m_emptyState);
-    m_pages->addWidget(buildDetails());
+    // An entry may list hundreds of hosts; the pane scrolls rather than growing the window.
+    m_detailsScroll = new QScrollArea(this);
+    m_detailsScroll->setObjectName(u"knownHostDetailsScrollArea"_s);
+    m_detailsScroll->setFrameShape(QFrame::NoFrame);
+    m_detailsScroll->setWidgetResizable(true);
+    m_detailsScroll->setWidget(buildDetails());
+    m_pages->addWidget(m_detailsScroll);
     connectToViewModel();
     refresh();
 }
 
 QWidget* KnownHostDetailView::buildDetails()
 {
-    m_details = new QWidget(this);
+    m_details = new QWidget;
     m_details->setObjectName(u"knownHostDetails"_s);
     auto* layout = new QVBoxLayout(m_details);
     layout->setSpacing(10);
@@ -203,7 +210,7 @@ void KnownHostDetailView::refresh()
     const QString comment = entry->comment().trimmed();
     m_commentSection->setVisible(!comment.isEmpty());
     m_comment->setText(entry->comment());
-    m_pages->setCurrentWidget(m_details);
+    m_pages->setCurrentWidget(m_detailsScroll);
 }
 
 void KnownHostDetailView::markerChosen(int index)

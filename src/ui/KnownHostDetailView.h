@@ -6,6 +6,7 @@ class EmptyStateView;
 class QComboBox;
 class QLabel;
 class QPushButton;
+class QScrollArea;
 class QStackedLayout;
 class SSHConfigViewModel;
 class SymbolLabel;
@@ -39,6 +40,7 @@ private:
     SSHConfigViewModel& m_viewModel;
     QStackedLayout* m_pages = nullptr;
     EmptyStateView* m_emptyState = nullptr;
+    QScrollArea* m_detailsScroll = nullptr;
     QWidget* m_details = nullptr;
     QLabel* m_hosts = nullptr;
     QLabel* m_keyType = nullptr;
