@@ -47,6 +47,14 @@ KnownHostsView::KnownHostsView(SSHConfigViewModel& viewModel, QWidget* parent)
     showSelection();
 }
 
+KnownHostsView::~KnownHostsView()
+{
+    // The models and the list go down after this object (with its children) and announce it; none of
+    // that may reach a half-destroyed view, let alone be taken for the user clearing the selection.
+    disconnect(m_list->selectionModel(), nullptr, this, nullptr);
+    disconnect(m_filter, nullptr, this, nullptr);
+}
+
 QWidget* KnownHostsView::buildHeader()
 {
     auto* header = new QWidget(this);

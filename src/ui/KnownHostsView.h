@@ -25,6 +25,7 @@ class KnownHostsView : public QWidget
 public:
     /// viewModel must outlive the view.
     explicit KnownHostsView(SSHConfigViewModel& viewModel, QWidget* parent = nullptr);
+    ~KnownHostsView() override;
 
 private:
     QWidget* buildHeader();

@@ -159,6 +159,7 @@ private Q_SLOTS:
 
     // Several windows on one view model
     void twoViewsFollowEachOther();
+    void closingOneViewKeepsTheSelection();
 };
 
 void TestKnownHostsView::showsCountRowsAndTheFirstEntry()
@@ -437,6 +438,21 @@ void TestKnownHostsView::twoViewsFollowEachOther()
     fixture.click(u"knownHostRemoveButton"_s);
     QCOMPARE(second.findChild<QLabel*>(u"knownHostsCountLabel"_s)->text(), u"4 entries"_s);
     QTRY_COMPARE(secondList->model()->rowCount(), 0);
+}
+
+void TestKnownHostsView::closingOneViewKeepsTheSelection()
+{
+    Fixture fixture(sampleKnownHosts);
+    fixture.selectRow(2);
+    QTRY_COMPARE(fixture.selectedFirstHost(), u"[build.example.com]:2222"_s);
+    {
+        KnownHostsView second(*fixture.viewModel);
+        second.show();
+        QTRY_COMPARE(second.findChild<QListView*>(u"knownHostsList"_s)->currentIndex().row(), 2);
+    }
+    QCOMPARE(fixture.selectedFirstHost(), u"[build.example.com]:2222"_s);
+    fixture.view.reset();
+    QCOMPARE(fixture.selectedFirstHost(), u"[build.example.com]:2222"_s);
 }
 
 QTEST_MAIN(TestKnownHostsView)
