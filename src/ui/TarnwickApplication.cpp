@@ -87,7 +87,7 @@ int runTarnwick(int argc, char* argv[])
     QApplication::setApplicationDisplayName(u"Tarnwick"_s);
     QApplication::setApplicationVersion(QStringLiteral(TARNWICK_VERSION));
     QApplication::setOrganizationName(u"Tarnwick"_s);
-    QApplication::setDesktopFileName(u"tarnwick"_s);
+    QApplication::setDesktopFileName(u"app.tarnwick.Tarnwick"_s);
     QApplication::setWindowIcon(tarnwickApplicationIcon());
 
     const std::unique_ptr<SSHConfigViewModel> viewModel = TarnwickApplication::makeViewModel();
