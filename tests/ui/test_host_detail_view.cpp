@@ -4,6 +4,7 @@
 #include "HostDetailRules.h"
 #include "HostDetailView.h"
 #include "SSHConfigViewModel.h"
+#include "WindowFixture.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -18,23 +19,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-class NoTerminals final : public TerminalDiscovering
-{
-public:
-    QList<TerminalApp> discoverTerminalApps() const override { return {}; }
-};
-
-class RecordingLauncher final : public TerminalLaunching
-{
-public:
-    bool launch(const TerminalApp& app, const QString& command) override
-    {
-        launches.append({app.bundleIdentifier(), command});
-        return false;
-    }
-    QList<QStringList> launches;
-};
 
 const QString sampleConfig = u"Host web app\n"
                              u"    HostName web.example.com\n"
@@ -55,23 +39,16 @@ const QString sampleConfig = u"Host web app\n"
 struct Fixture
 {
     Fixture()
+        : viewModel(&files.make(sampleConfig))
     {
-        QFile file(directory.filePath(u"config"_s));
-        if (file.open(QIODevice::WriteOnly))
-            file.write(sampleConfig.toUtf8());
-        file.close();
-        viewModel = std::make_unique<SSHConfigViewModel>(
-            std::make_shared<SSHFileService>(directory.filePath(u"config"_s), directory.filePath(u"known_hosts"_s)),
-            std::make_shared<NoTerminals>(), std::make_shared<RecordingLauncher>(),
-            std::make_shared<InMemoryUserDefaultsStore>());
         select(1);
     }
 
     void select(qsizetype position) { viewModel->setSelectedHostID(viewModel->document().hosts.at(position).id()); }
     SSHHost selected() const { return viewModel->host(*viewModel->selectedHostIndex()); }
 
-    QTemporaryDir directory;
-    std::unique_ptr<SSHConfigViewModel> viewModel;
+    WindowFixture files;
+    SSHConfigViewModel* viewModel;
 };
 
 template <typename T>
@@ -232,8 +209,8 @@ private Q_SLOTS:
         auto* toggle = child<QCheckBox>(*m_view, u"hostEnabledToggle"_s);
         QCOMPARE(toggle->text(), u"Host actief"_s);
         QVERIFY(toggle->isChecked());
-        QSignalSpy hostChanges(m_fixture->viewModel.get(), &SSHConfigViewModel::hostChanged);
-        QSignalSpy dirtyChanges(m_fixture->viewModel.get(), &SSHConfigViewModel::rawEditorDirtyChanged);
+        QSignalSpy hostChanges(m_fixture->viewModel, &SSHConfigViewModel::hostChanged);
+        QSignalSpy dirtyChanges(m_fixture->viewModel, &SSHConfigViewModel::rawEditorDirtyChanged);
         QTest::mouseClick(toggle, Qt::LeftButton, {}, QPoint(6, toggle->height() / 2));
         QCOMPARE(m_fixture->selected().isEnabled, false);
         QCOMPARE(hostChanges.count(), 1);
@@ -386,7 +363,7 @@ private Q_SLOTS:
 
     void blankValueForMissingOptionChangesNothing()
     {
-        QSignalSpy hostChanges(m_fixture->viewModel.get(), &SSHConfigViewModel::hostChanged);
+        QSignalSpy hostChanges(m_fixture->viewModel, &SSHConfigViewModel::hostChanged);
         retype(child<QLineEdit>(*m_view, u"newOptionKeyField"_s), u"Compression"_s);
         QTest::mouseClick(child<QPushButton>(*m_view, u"addUpdateOptionButton"_s), Qt::LeftButton);
         QCOMPARE(hostChanges.count(), 0);

@@ -3,9 +3,11 @@
 
 #include "RawEditorView.h"
 #include "SSHConfigViewModel.h"
+#include "WindowFixture.h"
 
 #include <QAbstractItemModel>
 #include <QDir>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QLabel>
 #include <QListView>
@@ -22,56 +24,24 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class NoTerminals final : public TerminalDiscovering
-{
-public:
-    QList<TerminalApp> discoverTerminalApps() const override { return {}; }
-};
-
-class RecordingLauncher final : public TerminalLaunching
-{
-public:
-    bool launch(const TerminalApp& app, const QString& command) override
-    {
-        launches.append({app.bundleIdentifier(), command});
-        return false;
-    }
-    QList<QStringList> launches;
-};
-
 const QString sampleConfig = u"# Group: werk\n"
                              u"Host web\n"
                              u"    HostName web.example.com\n"
                              u"    User deploy\n"_s;
 
-bool writeFile(const QString& path, const QString& text)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(text.toUtf8()) >= 0;
-}
-
-QString readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
 // A view model over real files in a temporary directory.
 struct Fixture
 {
     Fixture()
+        : viewModel(&files.make(sampleConfig))
     {
-        writeFile(configPath(), sampleConfig);
-        viewModel = std::make_unique<SSHConfigViewModel>(
-            std::make_shared<SSHFileService>(configPath(), directory.filePath(u"known_hosts"_s)),
-            std::make_shared<NoTerminals>(), std::make_shared<RecordingLauncher>(),
-            std::make_shared<InMemoryUserDefaultsStore>());
     }
 
-    QString configPath() const { return directory.filePath(u"config"_s); }
+    QString configPath() const { return files.configPath(); }
+    QDir configDirectory() const { return QFileInfo(configPath()).dir(); }
 
-    QTemporaryDir directory;
-    std::unique_ptr<SSHConfigViewModel> viewModel;
+    WindowFixture files;
+    SSHConfigViewModel* viewModel;
 };
 
 template <typename T>
@@ -151,8 +121,8 @@ private Q_SLOTS:
 
     void firstDisplayReportsNothing()
     {
-        QSignalSpy rawDirty(m_fixture->viewModel.get(), &SSHConfigViewModel::rawTextDirtyChanged);
-        QSignalSpy editorDirty(m_fixture->viewModel.get(), &SSHConfigViewModel::rawEditorDirtyChanged);
+        QSignalSpy rawDirty(m_fixture->viewModel, &SSHConfigViewModel::rawTextDirtyChanged);
+        QSignalSpy editorDirty(m_fixture->viewModel, &SSHConfigViewModel::rawEditorDirtyChanged);
         auto view = shownView();
         QCOMPARE(child<QPlainTextEdit>(*view, u"rawTextEditor"_s)->toPlainText(), sampleConfig);
         QCOMPARE(rawDirty.count(), 0);
@@ -163,9 +133,9 @@ private Q_SLOTS:
     {
         auto view = shownView();
         auto* editor = child<QPlainTextEdit>(*view, u"rawTextEditor"_s);
-        QSignalSpy textChanges(m_fixture->viewModel.get(), &SSHConfigViewModel::rawTextChanged);
-        QSignalSpy rawDirty(m_fixture->viewModel.get(), &SSHConfigViewModel::rawTextDirtyChanged);
-        QSignalSpy editorDirty(m_fixture->viewModel.get(), &SSHConfigViewModel::rawEditorDirtyChanged);
+        QSignalSpy textChanges(m_fixture->viewModel, &SSHConfigViewModel::rawTextChanged);
+        QSignalSpy rawDirty(m_fixture->viewModel, &SSHConfigViewModel::rawTextDirtyChanged);
+        QSignalSpy editorDirty(m_fixture->viewModel, &SSHConfigViewModel::rawEditorDirtyChanged);
         typeAtEnd(editor, u"    Port 22"_s);
         QCOMPARE(m_fixture->viewModel->rawText(), sampleConfig + u"    Port 22"_s);
         QCOMPARE(textChanges.count(), 11);
@@ -190,9 +160,9 @@ private Q_SLOTS:
     {
         auto view = shownView();
         auto* editor = child<QPlainTextEdit>(*view, u"rawTextEditor"_s);
-        QSignalSpy rawDirty(m_fixture->viewModel.get(), &SSHConfigViewModel::rawTextDirtyChanged);
+        QSignalSpy rawDirty(m_fixture->viewModel, &SSHConfigViewModel::rawTextDirtyChanged);
         const QString onDisk = u"Host other\n    Port 2200\n"_s;
-        QVERIFY(writeFile(m_fixture->configPath(), onDisk));
+        QVERIFY(WindowFixture::writeText(m_fixture->configPath(), onDisk));
         m_fixture->viewModel->load();
         QCOMPARE(editor->toPlainText(), onDisk);
         m_fixture->viewModel->setRawText(u"Host third\n"_s);
@@ -207,7 +177,7 @@ private Q_SLOTS:
         auto second = shownView();
         auto* firstEditor = child<QPlainTextEdit>(*first, u"rawTextEditor"_s);
         auto* secondEditor = child<QPlainTextEdit>(*second, u"rawTextEditor"_s);
-        QSignalSpy rawDirty(m_fixture->viewModel.get(), &SSHConfigViewModel::rawTextDirtyChanged);
+        QSignalSpy rawDirty(m_fixture->viewModel, &SSHConfigViewModel::rawTextDirtyChanged);
         typeAtEnd(secondEditor, u"#x"_s);
         QCOMPARE(firstEditor->toPlainText(), sampleConfig + u"#x"_s);
         QCOMPARE(rawDirty.count(), 1);
@@ -283,10 +253,10 @@ private Q_SLOTS:
         else
             QTest::mouseClick(child<QPushButton>(*view, u"saveRawButton"_s), Qt::LeftButton);
         const QString expected = sampleConfig + u"    Port 2222\n"_s;
-        QTRY_COMPARE(readFile(m_fixture->configPath()), expected);
-        const QStringList backups = QDir(m_fixture->directory.path()).entryList({u"config.backup-*"_s}, QDir::Files);
+        QTRY_COMPARE(WindowFixture::readText(m_fixture->configPath()), expected);
+        const QStringList backups = m_fixture->configDirectory().entryList({u"config.backup-*"_s}, QDir::Files);
         QCOMPARE(backups.size(), 1);
-        QCOMPARE(readFile(m_fixture->directory.filePath(backups.first())), sampleConfig);
+        QCOMPARE(WindowFixture::readText(m_fixture->configDirectory().filePath(backups.first())), sampleConfig);
         QCOMPARE(m_fixture->viewModel->statusMessage(),
                  u"Raw config opgeslagen naar "_s + m_fixture->configPath() + u" met backup."_s);
         QVERIFY(!m_fixture->viewModel->rawTextDirty());
@@ -298,7 +268,7 @@ private Q_SLOTS:
         auto view = shownView();
         typeAtEnd(child<QPlainTextEdit>(*view, u"rawTextEditor"_s), u"    Port=22\n"_s);
         QTest::mouseClick(child<QPushButton>(*view, u"saveRawButton"_s), Qt::LeftButton);
-        QCOMPARE(readFile(m_fixture->configPath()), sampleConfig);
+        QCOMPARE(WindowFixture::readText(m_fixture->configPath()), sampleConfig);
         QCOMPARE(m_fixture->viewModel->statusMessage(), u"Niet opgeslagen door parsefouten."_s);
         QTRY_VERIFY(child<QGroupBox>(*view, u"validationBox"_s)->isVisible());
     }
