@@ -2,6 +2,7 @@
 // "Search known_hosts" until the list has repainted, and selecting an entry until its details have
 // repainted. Target for both: 16 ms (one frame). Runs on the offscreen platform.
 
+#include "BenchSupport.h"
 #include "KnownHostsView.h"
 #include "SSHConfigViewModel.h"
 
@@ -22,28 +23,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-class NoTerminals final : public TerminalDiscovering
-{
-public:
-    QList<TerminalApp> discoverTerminalApps() const override { return {}; }
-};
-
-class NoLaunch final : public TerminalLaunching
-{
-public:
-    bool launch(const TerminalApp&, const QString&) override { return false; }
-};
-
-QByteArray base64Text(std::mt19937& random, int length)
-{
-    static const char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    QByteArray text(length, '\0');
-    std::uniform_int_distribution<int> pick(0, 63);
-    for (char& c : text)
-        c = alphabet[pick(random)];
-    return text;
-}
 
 // Plain names with addresses, hashed names, bracketed ports, markers, commented-out entries and
 // comments, with the key lengths of ed25519, ECDSA and RSA.

@@ -3,6 +3,7 @@
 // adapter sees it), load() of both files, and a marker change, a comment toggle and a delete.
 // Targets: 16 ms per keystroke, 500 ms per load, 5 ms per known_hosts action.
 
+#include "BenchSupport.h"
 #include "HostFilterModel.h"
 #include "HostListModel.h"
 #include "KnownHostsFilterModel.h"
@@ -22,28 +23,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-class NoTerminals final : public TerminalDiscovering
-{
-public:
-    QList<TerminalApp> discoverTerminalApps() const override { return {}; }
-};
-
-class NoLaunch final : public TerminalLaunching
-{
-public:
-    bool launch(const TerminalApp&, const QString&) override { return false; }
-};
-
-QByteArray base64Text(std::mt19937& random, int length)
-{
-    static const char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    QByteArray text(length, '\0');
-    std::uniform_int_distribution<int> pick(0, 63);
-    for (char& c : text)
-        c = alphabet[pick(random)];
-    return text;
-}
 
 QByteArray configText(int hosts)
 {
