@@ -134,12 +134,15 @@ private slots:
         QTest::newRow("comma-shielded @revoked among broken UTF-8")
             << QByteArray("LEByZXZva2VkIGhvc3RBPXNoLWVkMjU1MSwJ5pel5pys4oCDQUFBQSAggqBvbGTjgGNvbSBzc2gtZTU1ZDE5MiBBQUFBPT12ZXI=")
             << 2;
+        QTest::newRow("shield behind shield: active, then commented out, then marked")
+            << QByteArray("LCMsQHJldm9rZWQgLCMJIyBh") << 3;
     }
     void fuzzFindingsSettle()
     {
         QFETCH(QByteArray, base64);
         QFETCH(int, writesUntilStable);
         QString text = QString::fromUtf8(QByteArray::fromBase64(base64));
+        writeSeed(u"finding-%1.txt"_s.arg(qHash(base64, 0), 0, 16), text);
         const qsizetype records = KnownHostsService{}.parse(text).document.records().size();
         for (int write = 0; write < writesUntilStable; ++write) {
             const KnownHostsParseResult result = KnownHostsService{}.parse(text);
