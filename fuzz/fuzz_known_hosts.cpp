@@ -60,8 +60,8 @@ bool firstHostReadsAsSomethingElse(const KnownHostsDocument& document)
         const KnownHostEntry* entry = record.kind().entry();
         if (!entry || entry->marker())
             continue;
-        const QString& first = entry->hosts().constFirst();
-        if (knownHostMarkerFromRawValue(first.toLower()) || (!entry->isCommentedOut() && first.startsWith(u'#')))
+        const QStringView first = entry->firstHost();
+        if (knownHostMarkerFromRawValue(first.toString().toLower()) || (!entry->isCommentedOut() && first.startsWith(u'#')))
             return true;
     }
     return false;

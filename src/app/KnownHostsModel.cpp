@@ -97,11 +97,8 @@ int KnownHostsModel::rowOf(const QUuid& id) const
 
 QString KnownHostsModel::rowLabel(const KnownHostEntry& entry)
 {
-    const QStringList hosts = entry.hosts();
-    if (hosts.isEmpty())
-        return QString();
-    const QString& first = hosts.first();
-    return first.size() >= 56 ? first.left(52) + u'\u2026' : first;
+    const QStringView first = entry.firstHost();
+    return first.size() >= 56 ? first.left(52) + u'\u2026' : first.toString();
 }
 
 QVariant KnownHostsModel::data(const QModelIndex& index, int role) const
@@ -117,17 +114,17 @@ QVariant KnownHostsModel::data(const QModelIndex& index, int role) const
     case HostsRole:
         return entry.hosts();
     case FirstHostRole:
-        return entry.hosts().value(0);
+        return entry.firstHost().toString();
     case HostsTextRole:
         return entry.hosts().join(u", "_s);
     case MarkerRole:
         return entry.marker() ? knownHostMarkerRawValue(*entry.marker()) : QString();
     case KeyTypeRole:
-        return entry.keyType();
+        return entry.keyType().toString();
     case KeyRole:
-        return entry.key();
+        return entry.key().toString();
     case CommentRole:
-        return entry.comment();
+        return entry.comment().toString();
     case IsHashedRole:
         return entry.isHashed();
     case IsCommentedOutRole:

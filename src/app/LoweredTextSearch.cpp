@@ -130,6 +130,15 @@ bool containsInJoined(const QStringList& texts, QStringView loweredQuery)
     return loweredQuery.isEmpty();
 }
 
+bool containsInHostsField(QStringView hostsField, QStringView loweredQuery)
+{
+    // A query without blank or comma matches inside one host either way, so only such a query needs
+    // the hosts joined as the search sees them.
+    if (loweredQuery.contains(u' ') || loweredQuery.contains(u','))
+        return contains(hostsField.toString().replace(u',', u' '), loweredQuery);
+    return contains(hostsField, loweredQuery);
+}
+
 bool containsInPair(QStringView first, QStringView second, QStringView loweredQuery)
 {
     if (loweredQuery.contains(u' '))

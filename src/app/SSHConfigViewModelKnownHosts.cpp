@@ -35,7 +35,7 @@ bool SSHConfigViewModel::knownHostEntryMatches(const KnownHostEntry& entry, QStr
 {
     if (loweredQuery.isEmpty())
         return true;
-    if (LoweredTextSearch::containsInJoined(entry.hosts(), loweredQuery))
+    if (LoweredTextSearch::containsInHostsField(entry.hostsField(), loweredQuery))
         return true;
     const std::optional<KnownHostMarker> marker = entry.marker();
     if (marker && LoweredTextSearch::contains(knownHostMarkerRawValue(*marker), loweredQuery))

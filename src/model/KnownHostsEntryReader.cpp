@@ -3,7 +3,7 @@
 #include "KnownHostsTextScan.h"
 #include "RandomUuid.h"
 
-#include <QStringList>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -64,14 +64,24 @@ bool isNormalisedComment(QStringView comment)
     return true;
 }
 
-// The fields from restStart on, joined with one blank each.
-QString commentFrom(QStringView text, qsizetype restStart)
+// Whether the hosts field is already what the hosts joined with "," give: no empty piece. (A piece
+// cannot hold white space, which ended the field.)
+bool hostsFieldIsNormal(QStringView field)
 {
-    if (restStart < 0)
-        return {};
-    const QStringView rest = text.sliced(restStart);
-    if (isNormalisedComment(rest))
-        return rest.toString();
+    return !field.startsWith(u',') && !field.endsWith(u',') && !field.contains(u",,"_s);
+}
+
+QStringList hostsOf(QStringView field)
+{
+    QStringList hosts;
+    for (const QStringView piece : field.tokenize(u',', Qt::SkipEmptyParts))
+        hosts.append(piece.toString());
+    return hosts;
+}
+
+// The fields of rest joined with one blank each.
+QString normalisedComment(QStringView rest)
+{
     QString joined;
     joined.reserve(rest.size());
     qsizetype at = 0;
@@ -85,65 +95,55 @@ QString commentFrom(QStringView text, qsizetype restStart)
     return joined;
 }
 
-QStringList hostsFrom(QStringView field)
+bool anyHashed(QStringView hostsField)
 {
-    QStringList hosts;
-    qsizetype at = 0;
-    while (at <= field.size()) {
-        qsizetype comma = field.indexOf(u',', at);
-        if (comma < 0)
-            comma = field.size();
-        const QStringView piece = field.sliced(at, comma - at).trimmed();
-        if (!piece.isEmpty())
-            hosts.append(piece.toString());
-        at = comma + 1;
-    }
-    return hosts;
-}
-
-bool anyHashed(const QStringList& hosts)
-{
-    for (const QString& host : hosts) {
+    for (const QStringView host : hostsField.tokenize(u',', Qt::SkipEmptyParts)) {
         if (host.startsWith(u"|1|"_s) || host.startsWith(u"|2|"_s))
             return true;
     }
     return false;
 }
+
+KnownHostEntry::Span spanOf(QStringView field, const QString& source)
+{
+    return {field.data() - source.constData(), field.size()};
+}
 } // namespace
 
-std::optional<KnownHostEntry> KnownHostsEntryReader::read(QStringView text, int lineNumber, bool isCommentedOut)
+std::optional<KnownHostEntry> KnownHostsEntryReader::read(const QString& source, QStringView text, int lineNumber,
+                                                          bool isCommentedOut)
 {
+    // An entry keeps its fields' places as ints; a line of two thousand million characters stays as
+    // it stands instead.
+    if (text.size() > std::numeric_limits<int>::max())
+        return std::nullopt;
     const Fields fields = splitFields(text);
     if (fields.leadingCount < 3)
         return std::nullopt;
     const std::optional<KnownHostMarker> marker = markerOf(fields.leading[0]);
-    const int first = marker ? 1 : 0;
-    if (fields.leadingCount < first + 3)
+    const std::size_t first = marker ? 1 : 0;
+    if (fields.leadingCount < static_cast<int>(first) + 3)
         return std::nullopt;
 
-    QStringList hosts = hostsFrom(fields.leading[static_cast<std::size_t>(first)]);
-    if (hosts.isEmpty())
-        return std::nullopt;
+    const QStringView hostsField = fields.leading[first];
+    const QStringView keyType = fields.leading[first + 1];
+    const QStringView key = fields.leading[first + 2];
     // Without a marker a fourth leading field already belongs to the comment.
     const qsizetype restStart = marker ? fields.restStart
                                 : fields.leadingCount == maxLeadingFields
                                     ? fields.leading[3].data() - text.data()
                                     : -1;
-    const bool isHashed = anyHashed(hosts);
-    return KnownHostEntry(createRandomUuid(), lineNumber, marker, std::move(hosts),
-                          sharedKeyType(fields.leading[static_cast<std::size_t>(first + 1)]),
-                          fields.leading[static_cast<std::size_t>(first + 2)].toString(),
-                          commentFrom(text, restStart), isHashed, isCommentedOut);
-}
+    const QStringView comment = restStart < 0 ? key.sliced(key.size()) : text.sliced(restStart);
+    const bool isHashed = anyHashed(hostsField);
 
-QString KnownHostsEntryReader::sharedKeyType(QStringView keyType)
-{
-    for (const QString& known : m_keyTypes) {
-        if (!known.isEmpty() && known == keyType)
-            return known;
+    if (hostsFieldIsNormal(hostsField) && isNormalisedComment(comment)) {
+        return KnownHostEntry::fromSpans(createRandomUuid(), lineNumber, marker, source, spanOf(hostsField, source),
+                                         spanOf(keyType, source), spanOf(key, source), spanOf(comment, source),
+                                         isHashed, isCommentedOut);
     }
-    QString made = keyType.toString();
-    m_keyTypes[m_nextKeyTypeSlot] = made;
-    m_nextKeyTypeSlot = (m_nextKeyTypeSlot + 1) % m_keyTypes.size();
-    return made;
+    const QStringList hosts = hostsOf(hostsField);
+    if (hosts.isEmpty())
+        return std::nullopt;
+    return KnownHostEntry(createRandomUuid(), lineNumber, marker, hosts, keyType, key, normalisedComment(comment),
+                          isHashed, isCommentedOut);
 }

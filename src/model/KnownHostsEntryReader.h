@@ -5,22 +5,14 @@
 #include <QString>
 #include <QStringView>
 
-#include <array>
 #include <optional>
 
-/// Reads one trimmed known_hosts line (or the rest of a comment line) as an entry. Used by
-/// KnownHostsService while it parses one text; it keeps the key types it has seen so the many
-/// entries of a large file share one copy of "ssh-ed25519" instead of each holding its own.
-class KnownHostsEntryReader
+/// Reads one trimmed known_hosts line (or the rest of a comment line) as an entry, for
+/// KnownHostsService while it parses one text.
+namespace KnownHostsEntryReader
 {
-public:
-    /// The entry the text reads as, with a fresh id, or nothing when it has fewer than three fields
-    /// (four after a marker) or a hosts field without a name. Never throws.
-    std::optional<KnownHostEntry> read(QStringView text, int lineNumber, bool isCommentedOut);
-
-private:
-    QString sharedKeyType(QStringView keyType);
-
-    std::array<QString, 8> m_keyTypes;
-    std::size_t m_nextKeyTypeSlot = 0;
-};
+/// The entry text reads as, with a fresh id, or nothing when it has fewer than three fields (four
+/// after a marker) or a hosts field without a name. text lies inside source; an entry whose fields
+/// stand in source as they would be written shares source instead of copying them. Never throws.
+std::optional<KnownHostEntry> read(const QString& source, QStringView text, int lineNumber, bool isCommentedOut);
+} // namespace KnownHostsEntryReader

@@ -18,7 +18,7 @@ QStringView strippedCommentPrefix(QStringView trimmed)
     return rest;
 }
 
-KnownHostsRecordKind kindOfLine(QStringView line, int lineNumber, KnownHostsEntryReader& reader,
+KnownHostsRecordKind kindOfLine(const QString& source, QStringView line, int lineNumber,
                                 QList<KnownHostsParseError>& errors)
 {
     const QStringView trimmed = line.trimmed();
@@ -26,7 +26,7 @@ KnownHostsRecordKind kindOfLine(QStringView line, int lineNumber, KnownHostsEntr
         return KnownHostsRecordKind::blank();
     const bool isComment = trimmed.startsWith(u'#');
     const QStringView entryText = isComment ? strippedCommentPrefix(trimmed) : trimmed;
-    if (std::optional<KnownHostEntry> entry = reader.read(entryText, lineNumber, isComment))
+    if (std::optional<KnownHostEntry> entry = KnownHostsEntryReader::read(source, entryText, lineNumber, isComment))
         return KnownHostsRecordKind::fromEntry(std::move(*entry));
     if (isComment)
         return KnownHostsRecordKind::fromComment(trimmed.toString());
@@ -37,9 +37,7 @@ KnownHostsRecordKind kindOfLine(QStringView line, int lineNumber, KnownHostsEntr
 qsizetype entryLength(const KnownHostEntry& entry)
 {
     qsizetype length = entry.keyType().size() + entry.key().size() + entry.comment().size() + 24;
-    for (const QString& host : entry.hosts())
-        length += host.size() + 1;
-    return length;
+    return length + entry.hostsField().size();
 }
 
 void appendEntry(QString& out, const KnownHostEntry& entry)
@@ -48,14 +46,12 @@ void appendEntry(QString& out, const KnownHostEntry& entry)
         out += u"# ";
     if (entry.marker())
         out += knownHostMarkerRawValue(*entry.marker()) + u' ';
-    const QStringList& hosts = entry.hosts();
-    for (qsizetype i = 0; i < hosts.size(); ++i) {
-        if (i > 0)
-            out += u',';
-        out += hosts[i];
-    }
-    out += u' ' + entry.keyType() + u' ' + entry.key();
-    const QStringView comment = QStringView(entry.comment()).trimmed();
+    out += entry.hostsField();
+    out += u' ';
+    out += entry.keyType();
+    out += u' ';
+    out += entry.key();
+    const QStringView comment = entry.comment().trimmed();
     if (!comment.isEmpty()) {
         out += u' ';
         out += comment;
@@ -102,13 +98,15 @@ KnownHostsParseResult KnownHostsService::parse(const QString& text) const
 {
     KnownHostsParseResult result;
     QList<KnownHostsRecord>& records = result.document.records();
-    const QStringView view(text);
+    // Entries share the text rather than copy their fields out of it, which takes a text that owns
+    // its characters.
+    const QString source = text.data_ptr().isMutable() ? text : QString(text.constData(), text.size());
+    const QStringView view(source);
     records.reserve(KnownHostsTextScan::countLineBreaks(view) + 1);
-    KnownHostsEntryReader reader;
     int lineNumber = 1;
     for (qsizetype lineStart = 0; lineStart <= view.size(); ++lineNumber) {
         const qsizetype lineEnd = KnownHostsTextScan::nextLineBreak(view, lineStart);
-        records.emplaceBack(kindOfLine(view.sliced(lineStart, lineEnd - lineStart), lineNumber, reader, result.errors));
+        records.emplaceBack(kindOfLine(source, view.sliced(lineStart, lineEnd - lineStart), lineNumber, result.errors));
         lineStart = lineEnd + 1;
     }
     return result;

@@ -207,9 +207,8 @@ void KnownHostDetailView::refresh()
         m_markerPicker->setCurrentIndex(rowOfMarker(entry->marker()));
     }
     m_commentButton->setText(m_viewModel.knownHostCommentActionTitle());
-    const QString comment = entry->comment().trimmed();
-    m_commentSection->setVisible(!comment.isEmpty());
-    m_comment->setText(entry->comment());
+    m_commentSection->setVisible(!entry->comment().trimmed().isEmpty());
+    m_comment->setText(entry->comment().toString());
     m_pages->setCurrentWidget(m_detailsScroll);
 }
 

@@ -82,6 +82,7 @@ private slots:
 
     // --- identities
     void everyParseMakesFreshIdentifiers();
+    void entriesKeepTheirFieldsWhenTheTextGoes();
 };
 
 void TestKnownHostsService::parsesOneLine_data()
@@ -281,6 +282,33 @@ void TestKnownHostsService::everyParseMakesFreshIdentifiers()
     }
     QCOMPARE(ids.size(), 2 * (6 + 2));
     QVERIFY(!ids.contains(QUuid()));
+}
+
+// Entries share the text they were read from; whatever becomes of the caller's text afterwards, and
+// whatever is edited in one entry, the others keep their fields.
+void TestKnownHostsService::entriesKeepTheirFieldsWhenTheTextGoes()
+{
+    const QString lines = u"a,b ssh-ed25519 AAAA one\n@revoked c ssh-rsa BBBB two  words\n"_s;
+    QList<QChar> buffer(lines.begin(), lines.end());
+    KnownHostsDocument fromRaw =
+        KnownHostsService{}.parse(QString::fromRawData(buffer.constData(), buffer.size())).document;
+    buffer.fill(u'x');
+
+    KnownHostsDocument fromOwned;
+    {
+        QString text = lines;
+        fromOwned = KnownHostsService{}.parse(text).document;
+        text[0] = u'z';
+        text.clear();
+    }
+    for (KnownHostsDocument* document : {&fromRaw, &fromOwned}) {
+        QCOMPARE(KnownHostsService{}.serialize(*document),
+                 u"a,b ssh-ed25519 AAAA one\n@revoked c ssh-rsa BBBB two words\n"_s);
+        document->records()[0].kind().entry()->setKey(u"CCCC"_s);
+        QCOMPARE(document->records()[0].kind().entry()->hosts(), QStringList({u"a"_s, u"b"_s}));
+        QCOMPARE(document->records()[1].kind().entry()->key(), u"BBBB"_s);
+        QCOMPARE(document->records()[1].kind().entry()->comment(), u"two words"_s);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestKnownHostsService)
