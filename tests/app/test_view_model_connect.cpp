@@ -23,7 +23,17 @@ void selectHostWithPatterns(SSHConfigViewModel& vm, const QStringList& patterns,
     vm.setSelectedHostID(vm.document().hosts.last().id());
 }
 
+enum class Terminal { appleTerminal, none, clipboard, failing };
+
+void row(const char* tag, const QString& config, const QString& knownHosts, Terminal terminal,
+         const QString& command, const QString& status)
+{
+    QTest::newRow(tag) << config << knownHosts << terminal << command << status;
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(Terminal)
 
 class TestViewModelConnect : public QObject
 {
@@ -70,115 +80,72 @@ private Q_SLOTS:
         QCOMPARE(found.has_value(), !alias.isEmpty());
     }
 
-    void connectHost_data()
+    // Every outcome of both connect operations: the command launched (if any) and the one sentence.
+    void connect_data()
     {
         QTest::addColumn<QString>("config");
-        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("knownHosts"); // when given, the selected entry is connected
+        QTest::addColumn<Terminal>("terminal");
+        QTest::addColumn<QString>("command"); // empty: nothing launched
         QTest::addColumn<QString>("status");
-        QTest::newRow("plain alias") << u"Host web-01 *.lan\n"_s << u"ssh web-01"_s
-                                     << u"Verbinding gestart in Terminal: web-01"_s;
-        QTest::newRow("quote in alias") << u"Host it's\n"_s << u"ssh 'it'\\''s'"_s
-                                        << u"Verbinding gestart in Terminal: it's"_s;
-        QTest::newRow("tilde in alias") << u"Host web~1\n"_s << u"ssh 'web~1'"_s
-                                        << u"Verbinding gestart in Terminal: web~1"_s;
-        QTest::newRow("only wildcards") << u"Host * !bastion\n"_s << QString()
-                                        << u"Deze host heeft alleen wildcardpatronen. Kies een specifieke host-alias."_s;
-        QTest::newRow("disabled host") << u"# Host old\n#     HostName x\n"_s << QString()
-                                       << u"Host is uitgeschakeld en kan niet direct verbinden."_s;
+        const QString started = u"Verbinding gestart in Terminal: "_s;
+        const QString noTerminal = u"Geen terminal app beschikbaar. Kies er één in Preferences."_s;
+        const QString unusable = u"Geen direct bruikbare host in deze known_hosts entry (mogelijk hashed of wildcard)."_s;
+        const Terminal ok = Terminal::appleTerminal;
+        row("host: plain alias", u"Host web-01 *.lan\n"_s, {}, ok, u"ssh web-01"_s, started + u"web-01"_s);
+        row("host: quote in alias", u"Host it's\n"_s, {}, ok, u"ssh 'it'\\''s'"_s, started + u"it's"_s);
+        row("host: tilde in alias", u"Host web~1\n"_s, {}, ok, u"ssh 'web~1'"_s, started + u"web~1"_s);
+        row("host: only wildcards", u"Host * !bastion\n"_s, {}, ok, {},
+            u"Deze host heeft alleen wildcardpatronen. Kies een specifieke host-alias."_s);
+        row("host: disabled", u"# Host old\n#     HostName x\n"_s, {}, ok, {},
+            u"Host is uitgeschakeld en kan niet direct verbinden."_s);
+        row("host: none selected", {}, {}, ok, {}, u"Selecteer eerst een host om te verbinden."_s);
+        row("host: no terminal", u"Host web\n"_s, {}, Terminal::none, {}, noTerminal);
+        row("host: terminal puts it on the clipboard", u"Host web\n"_s, {}, Terminal::clipboard, u"ssh web"_s,
+            u"Console geopend; ssh-commando staat op klembord. Plak met Cmd+V en druk Enter."_s);
+        row("host: launch fails", u"Host web\n"_s, {}, Terminal::failing, u"ssh web"_s,
+            u"Connect mislukt: Terminalscript mislukt: boom"_s);
+        row("entry: bracketed port", {}, u"[gitbox]:2222 ssh-ed25519 AAAA\n"_s, ok, u"ssh -p 2222 gitbox"_s,
+            started + u"gitbox:2222"_s);
+        row("entry: plain host after wildcard", {}, u"*.corp,web01 ssh-rsa AAAA\n"_s, ok, u"ssh web01"_s,
+            started + u"web01"_s);
+        row("entry: user at host", {}, u"deploy@build7 ssh-rsa AAAA\n"_s, ok, u"ssh deploy@build7"_s,
+            started + u"deploy@build7"_s);
+        row("entry: commented out", {}, u"# web ssh-rsa AAAA\n"_s, ok, {},
+            u"Deze known_hosts entry is uitgecommentarieerd."_s);
+        row("entry: all hashed", {}, u"|1|abc=|def=,|2|x|y ssh-rsa AAAA\n"_s, ok, {}, unusable);
+        row("entry: user at bracketed port", {}, u"ops@[db]:2200 ssh-rsa AAAA\n"_s, ok, {}, unusable);
+        row("entry: no terminal", {}, u"web ssh-rsa AAAA\n"_s, Terminal::none, {}, noTerminal);
     }
 
-    void connectHost()
+    void connect()
     {
         QFETCH(QString, config);
-        QFETCH(QString, command);
-        QFETCH(QString, status);
-        ViewModelFixture fixture;
-        SSHConfigViewModel& vm = fixture.make(config);
-        vm.connectSelectedHost();
-        QCOMPARE(vm.statusMessage(), status);
-        if (command.isEmpty()) {
-            QVERIFY(fixture.launcher->calls.isEmpty());
-            return;
-        }
-        QCOMPARE(fixture.launcher->calls.size(), 1);
-        QCOMPARE(fixture.launcher->calls.first().command, command);
-        QCOMPARE(fixture.launcher->calls.first().app, appleTerminalApp());
-    }
-
-    void connectHostWithoutSelection()
-    {
-        ViewModelFixture fixture;
-        SSHConfigViewModel& vm = fixture.make();
-        vm.connectSelectedHost();
-        QCOMPARE(vm.statusMessage(), u"Selecteer eerst een host om te verbinden."_s);
-        QVERIFY(fixture.launcher->calls.isEmpty());
-    }
-
-    void connectKnownHostEntry_data()
-    {
-        QTest::addColumn<QString>("knownHosts");
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<QString>("status");
-        QTest::newRow("bracketed port") << u"[gitbox]:2222 ssh-ed25519 AAAA\n"_s << u"ssh -p 2222 gitbox"_s
-                                        << u"Verbinding gestart in Terminal: gitbox:2222"_s;
-        QTest::newRow("plain host after wildcard") << u"*.corp,web01 ssh-rsa AAAA\n"_s << u"ssh web01"_s
-                                                   << u"Verbinding gestart in Terminal: web01"_s;
-        QTest::newRow("user at host") << u"deploy@build7 ssh-rsa AAAA\n"_s << u"ssh deploy@build7"_s
-                                      << u"Verbinding gestart in Terminal: deploy@build7"_s;
-        QTest::newRow("commented out") << u"# web ssh-rsa AAAA\n"_s << QString()
-                                       << u"Deze known_hosts entry is uitgecommentarieerd."_s;
-        QTest::newRow("all hashed") << u"|1|abc=|def=,|2|x|y ssh-rsa AAAA\n"_s << QString()
-                                    << u"Geen direct bruikbare host in deze known_hosts entry (mogelijk hashed of wildcard)."_s;
-        QTest::newRow("user at bracketed port") << u"ops@[db]:2200 ssh-rsa AAAA\n"_s << QString()
-                                                << u"Geen direct bruikbare host in deze known_hosts entry (mogelijk hashed of wildcard)."_s;
-    }
-
-    void connectKnownHostEntry()
-    {
         QFETCH(QString, knownHosts);
+        QFETCH(Terminal, terminal);
         QFETCH(QString, command);
         QFETCH(QString, status);
         ViewModelFixture fixture;
-        SSHConfigViewModel& vm = fixture.make(QString(), knownHosts);
-        vm.connectSelectedKnownHostEntry();
+        if (terminal == Terminal::none)
+            fixture.discovery->apps.clear();
+        if (terminal == Terminal::clipboard) {
+            fixture.discovery->apps = {genericApp()};
+            fixture.launcher->putsOnClipboard = true;
+        }
+        if (terminal == Terminal::failing)
+            fixture.launcher->failure = u"Terminalscript mislukt: boom"_s;
+        SSHConfigViewModel& vm = fixture.make(config, knownHosts);
+        if (knownHosts.isEmpty())
+            vm.connectSelectedHost();
+        else
+            vm.connectSelectedKnownHostEntry();
         QCOMPARE(vm.statusMessage(), status);
         QCOMPARE(fixture.launcher->calls.size(), command.isEmpty() ? 0 : 1);
-        if (!command.isEmpty())
+        if (!command.isEmpty()) {
             QCOMPARE(fixture.launcher->calls.first().command, command);
-    }
-
-    void noTerminalAvailable()
-    {
-        ViewModelFixture fixture;
-        fixture.discovery->apps.clear();
-        SSHConfigViewModel& vm = fixture.make(u"Host web\n"_s, u"web ssh-rsa AAAA\n"_s);
-        vm.connectSelectedHost();
-        QCOMPARE(vm.statusMessage(), u"Geen terminal app beschikbaar. Kies er één in Preferences."_s);
-        vm.setActiveEditorTab(SSHConfigViewModel::EditorTab::knownHosts);
-        vm.connectSelectedKnownHostEntry();
-        QCOMPARE(vm.statusMessage(), u"Geen terminal app beschikbaar. Kies er één in Preferences."_s);
-        QVERIFY(fixture.launcher->calls.isEmpty());
-    }
-
-    void clipboardOutcome()
-    {
-        ViewModelFixture fixture;
-        fixture.discovery->apps = {genericApp()};
-        fixture.launcher->putsOnClipboard = true;
-        SSHConfigViewModel& vm = fixture.make(u"Host web\n"_s);
-        vm.connectSelectedHost();
-        QCOMPARE(vm.statusMessage(),
-                 u"Console geopend; ssh-commando staat op klembord. Plak met Cmd+V en druk Enter."_s);
-        QCOMPARE(fixture.launcher->calls.first().app, genericApp());
-    }
-
-    void launchFailure()
-    {
-        ViewModelFixture fixture;
-        fixture.launcher->failure = u"Terminalscript mislukt: boom"_s;
-        SSHConfigViewModel& vm = fixture.make(u"Host web\n"_s);
-        vm.connectSelectedHost();
-        QCOMPARE(vm.statusMessage(), u"Connect mislukt: Terminalscript mislukt: boom"_s);
+            QCOMPARE(fixture.launcher->calls.first().app,
+                     terminal == Terminal::clipboard ? genericApp() : appleTerminalApp());
+        }
     }
 
     void commandsSurviveTheShell_data()

@@ -3,7 +3,12 @@
 #include <QSet>
 #include <QTest>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
+
+using HostChange = std::function<void(SSHHost&)>;
+Q_DECLARE_METATYPE(HostChange)
 
 class TestSSHConfigModel : public QObject
 {
@@ -50,46 +55,27 @@ private slots:
 
     void equalityCoversEveryField_data()
     {
-        QTest::addColumn<int>("field");
-        QTest::newRow("patterns") << 0;
-        QTest::newRow("groups order") << 1;
-        QTest::newRow("flag") << 2;
-        QTest::newRow("option value") << 3;
-        QTest::newRow("item case") << 4;
-        QTest::newRow("option id") << 5;
-        QTest::newRow("host id") << 6;
+        QTest::addColumn<HostChange>("change");
+        QTest::newRow("patterns") << HostChange([](SSHHost& h) { h.patterns = { u"b"_s }; });
+        QTest::newRow("groups order") << HostChange([](SSHHost& h) { h.groups = { u"y"_s, u"x"_s }; });
+        QTest::newRow("flag") << HostChange([](SSHHost& h) { h.isEnabled = false; });
+        QTest::newRow("option value") << HostChange([](SSHHost& h) { h.items[0].asOption()->value = u"ROOT"_s; });
+        QTest::newRow("item case") << HostChange(
+            [](SSHHost& h) { h.items[0] = SSHHostItem::comment(u"# User root"_s); });
+        QTest::newRow("option id") << HostChange(
+            [](SSHHost& h) { h.items[0] = SSHHostItem::option(SSHOption(u"User"_s, u"root"_s)); });
+        QTest::newRow("host id") << HostChange(
+            [](SSHHost& h) { h = SSHHost(h.patterns, h.groups, h.isEnabled, h.items); });
     }
 
     void equalityCoversEveryField()
     {
-        QFETCH(int, field);
-        const SSHOption option(u"User"_s, u"root"_s);
-        const SSHHost original({ u"a"_s }, { u"x"_s, u"y"_s }, true, { SSHHostItem::option(option) });
+        QFETCH(HostChange, change);
+        const SSHHost original(
+            { u"a"_s }, { u"x"_s, u"y"_s }, true, { SSHHostItem::option(SSHOption(u"User"_s, u"root"_s)) });
         SSHHost changed = original;
         QVERIFY(changed == original);
-        switch (field) {
-        case 0:
-            changed.patterns = { u"b"_s };
-            break;
-        case 1:
-            changed.groups = { u"y"_s, u"x"_s };
-            break;
-        case 2:
-            changed.isEnabled = false;
-            break;
-        case 3:
-            changed.items[0].asOption()->value = u"ROOT"_s;
-            break;
-        case 4:
-            changed.items[0] = SSHHostItem::comment(u"# User root"_s);
-            break;
-        case 5:
-            changed.items[0] = SSHHostItem::option(SSHOption(u"User"_s, u"root"_s));
-            break;
-        default:
-            changed = SSHHost(original.patterns, original.groups, original.isEnabled, original.items);
-            break;
-        }
+        change(changed);
         QVERIFY(!(changed == original));
     }
 

@@ -3,10 +3,9 @@
 // looks at what is on disk.
 
 #include "SSHFileService.h"
+#include "TestFiles.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -57,11 +56,6 @@ SSHFileService serviceIn(const QString& home)
     }
 }
 
-QByteArray readBytes(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-}
 } // namespace
 
 class TestSSHFileServiceCrash : public QObject

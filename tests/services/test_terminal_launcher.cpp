@@ -267,21 +267,29 @@ private slots:
         QCOMPARE(m_platform.calls[2], u"clipboard:ssh \"q\" a\\b"_s);
     }
 
-    void refusalWithFailingOpenerKeepsClipboard_data()
+    // The clipboard is touched only after the app opened: a failing opener leaves it alone.
+    void failingOpenerLeavesTheClipboard_data()
     {
+        QTest::addColumn<TerminalApp>("app");
         QTest::addColumn<std::shared_ptr<ServiceError>>("openError");
         QTest::addColumn<QString>("description");
 
-        QTest::newRow("open exits non-zero")
+        QTest::newRow("refused script, open exits non-zero")
+            << appleTerminal()
             << std::shared_ptr<ServiceError>(new TerminalLaunchError(TerminalLaunchError::launchFailed(terminalId)))
             << u"Terminal app openen mislukt voor com.apple.Terminal."_s;
-        QTest::newRow("open cannot start")
-            << std::shared_ptr<ServiceError>(new PlatformError(u"No such file or directory"_s))
+        QTest::newRow("refused script, open cannot start")
+            << appleTerminal() << std::shared_ptr<ServiceError>(new PlatformError(u"No such file or directory"_s))
             << u"No such file or directory"_s;
+        QTest::newRow("generic, open fails") << TerminalApp(u"com.example.Term"_s, u"Term"_s, LaunchMode::generic)
+                                             << std::shared_ptr<ServiceError>(new TerminalLaunchError(
+                                                    TerminalLaunchError::launchFailed(u"com.example.Term"_s)))
+                                             << u"Terminal app openen mislukt voor com.example.Term."_s;
     }
 
-    void refusalWithFailingOpenerKeepsClipboard()
+    void failingOpenerLeavesTheClipboard()
     {
+        QFETCH(TerminalApp, app);
         QFETCH(std::shared_ptr<ServiceError>, openError);
         QFETCH(QString, description);
         m_platform.scriptError
@@ -289,9 +297,9 @@ private slots:
         m_platform.openError = openError;
         TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
 
-        QCOMPARE(failureOf([&] { launcher.launch(appleTerminal(), u"ssh web"_s); }), description);
-        QCOMPARE(m_platform.calls.size(), 2);
-        QCOMPARE(m_platform.calls[1], u"open:"_s + terminalId);
+        QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh web"_s); }), description);
+        QCOMPARE(m_platform.calls.constLast(), u"open:"_s + app.bundleIdentifier());
+        QVERIFY(!m_platform.calls.join(u'\n').contains(u"clipboard:"_s));
     }
 
     void missingScriptRunnerFails()
@@ -312,63 +320,53 @@ private slots:
         QCOMPARE(m_platform.calls, (QStringList { u"open:com.example.Term"_s, u"clipboard:ssh \"x\""_s }));
     }
 
-    void genericWithFailingOpenerKeepsClipboard()
-    {
-        m_platform.openError
-            = std::make_shared<TerminalLaunchError>(TerminalLaunchError::launchFailed(u"com.example.Term"_s));
-        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
-        const TerminalApp app(u"com.example.Term"_s, u"Term"_s, LaunchMode::generic);
-
-        QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh x"_s); }),
-            u"Terminal app openen mislukt voor com.example.Term."_s);
-        QCOMPARE(m_platform.calls, QStringList { u"open:com.example.Term"_s });
-    }
-
     // Warp
 
     void warpWritesConfigurationAndOpensUri_data()
     {
         QTest::addColumn<std::optional<QString>>("scheme");
+        QTest::addColumn<QString>("home");
+        QTest::addColumn<QString>("command");
         QTest::addColumn<QString>("uri");
+        QTest::addColumn<QString>("layout"); // the cwd and exec lines as written
 
-        QTest::newRow("warp") << std::optional<QString>(u"warp"_s) << u"warp://launch/tarnwick-connect"_s;
-        QTest::newRow("preview") << std::optional<QString>(u"warppreview"_s)
-                                 << u"warppreview://launch/tarnwick-connect"_s;
-        QTest::newRow("no scheme means warp") << std::optional<QString>() << u"warp://launch/tarnwick-connect"_s;
+        const QString plainLayout = u"          cwd: \"/home/user\"\n          commands:\n"
+                                    u"            - exec: \"ssh -p 2222 web-01\""_s;
+        QTest::newRow("warp") << std::optional<QString>(u"warp"_s) << u"/home/user"_s << u"ssh -p 2222 web-01"_s
+                              << u"warp://launch/tarnwick-connect"_s << plainLayout;
+        QTest::newRow("preview") << std::optional<QString>(u"warppreview"_s) << u"/home/user"_s
+                                 << u"ssh -p 2222 web-01"_s << u"warppreview://launch/tarnwick-connect"_s
+                                 << plainLayout;
+        QTest::newRow("no scheme means warp") << std::optional<QString>() << u"/home/user"_s << u"ssh -p 2222 web-01"_s
+                                              << u"warp://launch/tarnwick-connect"_s << plainLayout;
+        QTest::newRow("quotes and backslashes escaped")
+            << std::optional<QString>(u"warp"_s) << u"/home/Jan \"JJ\" de\\Vries"_s << u"ssh 'a\"b'"_s
+            << u"warp://launch/tarnwick-connect"_s
+            << u"          cwd: \"/home/Jan \\\"JJ\\\" de\\\\Vries\"\n          commands:\n"
+               u"            - exec: \"ssh 'a\\\"b'\""_s;
     }
 
     void warpWritesConfigurationAndOpensUri()
     {
         QFETCH(std::optional<QString>, scheme);
+        QFETCH(QString, home);
+        QFETCH(QString, command);
         QFETCH(QString, uri);
+        QFETCH(QString, layout);
         // The launch configuration folder does not exist yet: the launcher makes it.
         QVERIFY(!QFileInfo::exists(QFileInfo(m_warpDirectory).path()));
-        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+        TerminalLauncher launcher = m_platform.makeLauncher(home, m_warpDirectory);
 
-        QCOMPARE(launcher.launch(
-                     TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, scheme), u"ssh -p 2222 web-01"_s),
-            false);
+        QCOMPARE(launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, scheme), command), false);
         QCOMPARE(m_platform.calls, QStringList { u"uri:"_s + uri });
         const QString expected = u"---\n"
                                  u"name: Tarnwick Connect\n"
                                  u"windows:\n"
                                  u"  - tabs:\n"
                                  u"      - title: SSH Connect\n"
-                                 u"        layout:\n"
-                                 u"          cwd: \"/home/user\"\n"
-                                 u"          commands:\n"
-                                 u"            - exec: \"ssh -p 2222 web-01\""_s;
+                                 u"        layout:\n"_s
+            + layout;
         QCOMPARE(readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s), expected);
-    }
-
-    void warpEscapesHomeAndCommand()
-    {
-        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/Jan \"JJ\" de\\Vries"_s, m_warpDirectory);
-        launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, u"warp"_s), u"ssh 'a\"b'"_s);
-
-        const QString content = readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s);
-        QVERIFY2(content.contains(u"\n          cwd: \"/home/Jan \\\"JJ\\\" de\\\\Vries\"\n"_s), qPrintable(content));
-        QVERIFY2(content.endsWith(u"\n            - exec: \"ssh 'a\\\"b'\""_s), qPrintable(content));
     }
 
     void secondWarpLaunchReplacesFirst()
