@@ -71,8 +71,6 @@ private Q_SLOTS:
         QTest::newRow("two unreadable lines")
             << u"a ssh-ed25519 AAAA\nnonsense\nmore nonsense\n"_s
             << u"SSH configuratie geladen. known_hosts geladen met 2 parsefout(en)."_s;
-        QTest::newRow("three unreadable lines")
-            << u"x\ny\nz\n"_s << u"SSH configuratie geladen. known_hosts geladen met 3 parsefout(en)."_s;
     }
 
     void statusSentence()

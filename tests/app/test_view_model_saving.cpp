@@ -205,31 +205,6 @@ private Q_SLOTS:
         QCOMPARE(QString::fromUtf8(readBytes(vm.lastBackupPath())), first);
     }
 
-    void saveConfigReplacesTypedText()
-    {
-        ViewModelFixture fixture;
-        SSHConfigViewModel& vm = fixture.make(u"Host keep\n"_s);
-        vm.setRawText(u"Host typed-only\n"_s);
-        vm.markRawTextEdited();
-        vm.setActiveEditorTab(EditorTab::structured);
-
-        vm.saveCurrentTab();
-        QCOMPARE(vm.rawText(), u"Host keep\n"_s);
-        QCOMPARE(QString::fromUtf8(readBytes(fixture.configPath())), u"Host keep\n"_s);
-        QVERIFY(vm.parseErrors().isEmpty());
-    }
-
-    void addHostThenSaveFromRawTabWithoutTyping()
-    {
-        ViewModelFixture fixture;
-        SSHConfigViewModel& vm = fixture.make(u"Host web\n"_s);
-        vm.addHost();
-        vm.setActiveEditorTab(EditorTab::raw);
-        vm.saveCurrentTab();
-        QVERIFY(vm.rawText().contains(u"Host new-host"_s));
-        QCOMPARE(QString::fromUtf8(readBytes(fixture.configPath())), vm.rawText());
-    }
-
     void verificationFailureKeepsFlags()
     {
         ViewModelFixture fixture;

@@ -179,20 +179,6 @@ private Q_SLOTS:
         QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorderOn);
     }
 
-    void groupPickerFollowsNewGroups()
-    {
-        WindowFixture fixture;
-        SSHConfigViewModel& viewModel = fixture.make(u"Host a\n"_s);
-        HostSidebarView sidebar(viewModel);
-        auto* picker = child<QComboBox>(sidebar, u"groupPicker"_s);
-        QCOMPARE(comboItems(*picker), QStringList{u"All"_s});
-        QVERIFY(viewModel.createGroupForSelectedHost(u"Beheer"_s));
-        QCOMPARE(comboItems(*picker), QStringList({u"All"_s, u"Beheer"_s}));
-        QCOMPARE(picker->currentText(), u"Beheer"_s);
-    }
-
-    // Group sheet
-
     void groupSheetRefusesABlankName()
     {
         WindowFixture fixture;
@@ -253,6 +239,8 @@ private Q_SLOTS:
         QCOMPARE(viewModel.selectedGroup(), u"PLOVRA SERVERS"_s);
         QCOMPARE(viewModel.document().hosts.at(2).groups, QStringList({u"klanten"_s, u"PLOVRA SERVERS"_s}));
         QCOMPARE(rowTexts(*list->model()), QStringList{u"klant-acme"_s});
+        QCOMPARE(comboItems(*child<QComboBox>(window, u"groupPicker"_s)),
+                 QStringList({u"All"_s, u"klanten"_s, u"PLOVRA SERVERS"_s, u"productie"_s, u"werk"_s}));
         QCOMPARE(child<QComboBox>(window, u"groupPicker"_s)->currentText(), u"PLOVRA SERVERS"_s);
         QVERIFY(window.statusLine().showsUnsavedChangesWarning());
     }
