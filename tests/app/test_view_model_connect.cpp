@@ -23,244 +23,197 @@ void selectHostWithPatterns(SSHConfigViewModel& vm, const QStringList& patterns,
     vm.setSelectedHostID(vm.document().hosts.last().id());
 }
 
+enum class Terminal { appleTerminal, none, clipboard, failing };
+
+void row(const char* tag, const QString& config, const QString& knownHosts, Terminal terminal,
+         const QString& command, const QString& status)
+{
+    QTest::newRow(tag) << config << knownHosts << terminal << command << status;
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(Terminal)
 
 class TestViewModelConnect : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void shellQuoted_data();
-    void shellQuoted();
-    void connectableAlias_data();
-    void connectableAlias();
-    void connectHost_data();
-    void connectHost();
-    void connectHostWithoutSelection();
-    void connectKnownHostEntry_data();
-    void connectKnownHostEntry();
-    void noTerminalAvailable();
-    void clipboardOutcome();
-    void launchFailure();
-    void commandsSurviveTheShell_data();
-    void commandsSurviveTheShell();
+    void shellQuoted_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("quoted");
+        QTest::newRow("safe name") << u"web-01"_s << u"web-01"_s;
+        QTest::newRow("every safe character") << u"a.Z_0@h:/x-"_s << u"a.Z_0@h:/x-"_s;
+        QTest::newRow("single quote") << u"it's"_s << u"'it'\\''s'"_s;
+        QTest::newRow("tilde") << u"web~1"_s << u"'web~1'"_s;
+        QTest::newRow("blank") << u"my host"_s << u"'my host'"_s;
+        QTest::newRow("empty") << QString() << u"''"_s;
+        QTest::newRow("non-ASCII letter") << u"h\u00f6st"_s << u"'h\u00f6st'"_s;
+    }
+
+    void shellQuoted()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, quoted);
+        QCOMPARE(SSHConfigViewModel::shellQuoted(text), quoted);
+    }
+
+    void connectableAlias_data()
+    {
+        QTest::addColumn<QStringList>("patterns");
+        QTest::addColumn<QString>("alias");
+        QTest::newRow("first plain") << QStringList{u"web-01"_s, u"*.lan"_s} << u"web-01"_s;
+        QTest::newRow("wildcards first") << QStringList{u"*"_s, u"!bastion"_s, u"db?"_s, u"db"_s} << u"db"_s;
+        QTest::newRow("only wildcards") << QStringList{u"*"_s, u"!bastion"_s} << QString();
+        QTest::newRow("untrimmed kept") << QStringList{u" web "_s} << u" web "_s;
+        QTest::newRow("no patterns") << QStringList{} << QString();
+    }
+
+    void connectableAlias()
+    {
+        QFETCH(QStringList, patterns);
+        QFETCH(QString, alias);
+        const std::optional<QString> found = SSHConfigViewModel::connectableAlias(hostWithPatterns(patterns));
+        QCOMPARE(found.value_or(QString()), alias);
+        QCOMPARE(found.has_value(), !alias.isEmpty());
+    }
+
+    // Every outcome of both connect operations: the command launched (if any) and the one sentence.
+    void connect_data()
+    {
+        QTest::addColumn<QString>("config");
+        QTest::addColumn<QString>("knownHosts"); // when given, the selected entry is connected
+        QTest::addColumn<Terminal>("terminal");
+        QTest::addColumn<QString>("command"); // empty: nothing launched
+        QTest::addColumn<QString>("status");
+        const QString started = u"Verbinding gestart in Terminal: "_s;
+        const QString noTerminal = u"Geen terminal app beschikbaar. Kies er één in Preferences."_s;
+        const QString unusable = u"Geen direct bruikbare host in deze known_hosts entry (mogelijk hashed of wildcard)."_s;
+        const Terminal ok = Terminal::appleTerminal;
+        row("host: plain alias", u"Host web-01 *.lan\n"_s, {}, ok, u"ssh web-01"_s, started + u"web-01"_s);
+        row("host: quote in alias", u"Host it's\n"_s, {}, ok, u"ssh 'it'\\''s'"_s, started + u"it's"_s);
+        row("host: tilde in alias", u"Host web~1\n"_s, {}, ok, u"ssh 'web~1'"_s, started + u"web~1"_s);
+        row("host: only wildcards", u"Host * !bastion\n"_s, {}, ok, {},
+            u"Deze host heeft alleen wildcardpatronen. Kies een specifieke host-alias."_s);
+        row("host: disabled", u"# Host old\n#     HostName x\n"_s, {}, ok, {},
+            u"Host is uitgeschakeld en kan niet direct verbinden."_s);
+        row("host: none selected", {}, {}, ok, {}, u"Selecteer eerst een host om te verbinden."_s);
+        row("host: no terminal", u"Host web\n"_s, {}, Terminal::none, {}, noTerminal);
+        row("host: terminal puts it on the clipboard", u"Host web\n"_s, {}, Terminal::clipboard, u"ssh web"_s,
+            u"Console geopend; ssh-commando staat op klembord. Plak met Cmd+V en druk Enter."_s);
+        row("host: launch fails", u"Host web\n"_s, {}, Terminal::failing, u"ssh web"_s,
+            u"Connect mislukt: Terminalscript mislukt: boom"_s);
+        row("entry: bracketed port", {}, u"[gitbox]:2222 ssh-ed25519 AAAA\n"_s, ok, u"ssh -p 2222 gitbox"_s,
+            started + u"gitbox:2222"_s);
+        row("entry: plain host after wildcard", {}, u"*.corp,web01 ssh-rsa AAAA\n"_s, ok, u"ssh web01"_s,
+            started + u"web01"_s);
+        row("entry: user at host", {}, u"deploy@build7 ssh-rsa AAAA\n"_s, ok, u"ssh deploy@build7"_s,
+            started + u"deploy@build7"_s);
+        row("entry: commented out", {}, u"# web ssh-rsa AAAA\n"_s, ok, {},
+            u"Deze known_hosts entry is uitgecommentarieerd."_s);
+        row("entry: all hashed", {}, u"|1|abc=|def=,|2|x|y ssh-rsa AAAA\n"_s, ok, {}, unusable);
+        row("entry: user at bracketed port", {}, u"ops@[db]:2200 ssh-rsa AAAA\n"_s, ok, {}, unusable);
+        row("entry: no terminal", {}, u"web ssh-rsa AAAA\n"_s, Terminal::none, {}, noTerminal);
+    }
+
+    void connect()
+    {
+        QFETCH(QString, config);
+        QFETCH(QString, knownHosts);
+        QFETCH(Terminal, terminal);
+        QFETCH(QString, command);
+        QFETCH(QString, status);
+        ViewModelFixture fixture;
+        if (terminal == Terminal::none)
+            fixture.discovery->apps.clear();
+        if (terminal == Terminal::clipboard) {
+            fixture.discovery->apps = {genericApp()};
+            fixture.launcher->putsOnClipboard = true;
+        }
+        if (terminal == Terminal::failing)
+            fixture.launcher->failure = u"Terminalscript mislukt: boom"_s;
+        SSHConfigViewModel& vm = fixture.make(config, knownHosts);
+        if (knownHosts.isEmpty())
+            vm.connectSelectedHost();
+        else
+            vm.connectSelectedKnownHostEntry();
+        QCOMPARE(vm.statusMessage(), status);
+        QCOMPARE(fixture.launcher->calls.size(), command.isEmpty() ? 0 : 1);
+        if (!command.isEmpty()) {
+            QCOMPARE(fixture.launcher->calls.first().command, command);
+            QCOMPARE(fixture.launcher->calls.first().app,
+                     terminal == Terminal::clipboard ? genericApp() : appleTerminalApp());
+        }
+    }
+
+    void commandsSurviveTheShell_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("arguments");
+        const QList<QString> names{u"it's"_s,
+                                   u"say\"hi\""_s,
+                                   u"$(touch${IFS}pwned)"_s,
+                                   u"`touch${IFS}pwned`"_s,
+                                   u"a;touch${IFS}pwned"_s,
+                                   u"a&&touch${IFS}pwned"_s,
+                                   u"-oProxyCommand=touch${IFS}pwned"_s,
+                                   u"a|b>c<d"_s};
+        for (const QString& name : names) {
+            QTest::addRow("config: %s", qPrintable(name)) << u"config"_s << name << QStringList{name};
+            QTest::addRow("known_hosts: %s", qPrintable(name)) << u"known_hosts"_s << name << QStringList{name};
+            QTest::addRow("known_hosts with port: %s", qPrintable(name))
+                << u"known_hosts port"_s << name << QStringList{u"-p"_s, u"2222"_s, name};
+        }
+        // Names with blanks cannot come from either file, but the host editor can store them.
+        QTest::newRow("editor: blanks and quotes") << u"editor"_s << u"my 'quoted' \"host\" && rm x"_s
+                                                   << QStringList{u"my 'quoted' \"host\" && rm x"_s};
+    }
+
+    void commandsSurviveTheShell()
+    {
+        QFETCH(QString, source);
+        QFETCH(QString, name);
+        QFETCH(QStringList, arguments);
+        ViewModelFixture fixture;
+        if (source == u"config"_s)
+            fixture.writeConfig(u"Host "_s + name + u"\n"_s);
+        else if (source == u"known_hosts"_s)
+            fixture.writeKnownHosts(name + u" ssh-ed25519 AAAA\n"_s);
+        else if (source == u"known_hosts port"_s)
+            fixture.writeKnownHosts(u"["_s + name + u"]:2222 ssh-ed25519 AAAA\n"_s);
+        SSHConfigViewModel& vm = fixture.make();
+        if (source == u"editor"_s)
+            selectHostWithPatterns(vm, {name});
+        if (source.startsWith(u"known_hosts"_s))
+            vm.connectSelectedKnownHostEntry();
+        else
+            vm.connectSelectedHost();
+        QVERIFY2(fixture.launcher->calls.size() == 1, qPrintable(vm.statusMessage()));
+
+        // A stand-in ssh that prints each argument it receives on a line of its own.
+        const QString bin = fixture.directory.filePath(u"bin"_s);
+        QVERIFY(writeBytes(bin + u"/ssh"_s, "#!/bin/sh\nfor a in \"$@\"; do printf '[%s]\\n' \"$a\"; done\n"));
+        QVERIFY(QFile::setPermissions(bin + u"/ssh"_s, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QProcess shell;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"PATH"_s, bin + u":/usr/bin:/bin"_s);
+        shell.setProcessEnvironment(environment);
+        shell.setWorkingDirectory(fixture.directory.path());
+        shell.start(u"/bin/sh"_s, {u"-c"_s, fixture.launcher->calls.first().command});
+        QVERIFY(shell.waitForFinished());
+        QCOMPARE(shell.exitCode(), 0);
+        QStringList expected;
+        for (const QString& argument : arguments)
+            expected.append(u'[' + argument + u']');
+        QCOMPARE(QString::fromUtf8(shell.readAllStandardOutput()), expected.join(u'\n') + u'\n');
+        QCOMPARE(QString::fromUtf8(shell.readAllStandardError()), QString());
+        QVERIFY(!QFile::exists(fixture.directory.filePath(u"pwned"_s)));
+    }
+
 };
-
-void TestViewModelConnect::shellQuoted_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("quoted");
-    QTest::newRow("safe name") << u"web-01"_s << u"web-01"_s;
-    QTest::newRow("every safe character") << u"a.Z_0@h:/x-"_s << u"a.Z_0@h:/x-"_s;
-    QTest::newRow("single quote") << u"it's"_s << u"'it'\\''s'"_s;
-    QTest::newRow("tilde") << u"web~1"_s << u"'web~1'"_s;
-    QTest::newRow("blank") << u"my host"_s << u"'my host'"_s;
-    QTest::newRow("empty") << QString() << u"''"_s;
-    QTest::newRow("non-ASCII letter") << u"h\u00f6st"_s << u"'h\u00f6st'"_s;
-}
-
-void TestViewModelConnect::shellQuoted()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, quoted);
-    QCOMPARE(SSHConfigViewModel::shellQuoted(text), quoted);
-}
-
-void TestViewModelConnect::connectableAlias_data()
-{
-    QTest::addColumn<QStringList>("patterns");
-    QTest::addColumn<QString>("alias");
-    QTest::newRow("first plain") << QStringList{u"web-01"_s, u"*.lan"_s} << u"web-01"_s;
-    QTest::newRow("wildcards first") << QStringList{u"*"_s, u"!bastion"_s, u"db?"_s, u"db"_s} << u"db"_s;
-    QTest::newRow("only wildcards") << QStringList{u"*"_s, u"!bastion"_s} << QString();
-    QTest::newRow("untrimmed kept") << QStringList{u" web "_s} << u" web "_s;
-    QTest::newRow("no patterns") << QStringList{} << QString();
-}
-
-void TestViewModelConnect::connectableAlias()
-{
-    QFETCH(QStringList, patterns);
-    QFETCH(QString, alias);
-    const std::optional<QString> found = SSHConfigViewModel::connectableAlias(hostWithPatterns(patterns));
-    QCOMPARE(found.value_or(QString()), alias);
-    QCOMPARE(found.has_value(), !alias.isEmpty());
-}
-
-void TestViewModelConnect::connectHost_data()
-{
-    QTest::addColumn<QString>("config");
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("status");
-    QTest::newRow("plain alias") << u"Host web-01 *.lan\n"_s << u"ssh web-01"_s
-                                 << u"Verbinding gestart in Terminal: web-01"_s;
-    QTest::newRow("quote in alias") << u"Host it's\n"_s << u"ssh 'it'\\''s'"_s
-                                    << u"Verbinding gestart in Terminal: it's"_s;
-    QTest::newRow("tilde in alias") << u"Host web~1\n"_s << u"ssh 'web~1'"_s
-                                    << u"Verbinding gestart in Terminal: web~1"_s;
-    QTest::newRow("only wildcards") << u"Host * !bastion\n"_s << QString()
-                                    << u"Deze host heeft alleen wildcardpatronen. Kies een specifieke host-alias."_s;
-    QTest::newRow("disabled host") << u"# Host old\n#     HostName x\n"_s << QString()
-                                   << u"Host is uitgeschakeld en kan niet direct verbinden."_s;
-}
-
-void TestViewModelConnect::connectHost()
-{
-    QFETCH(QString, config);
-    QFETCH(QString, command);
-    QFETCH(QString, status);
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make(config);
-    vm.connectSelectedHost();
-    QCOMPARE(vm.statusMessage(), status);
-    if (command.isEmpty()) {
-        QVERIFY(fixture.launcher->calls.isEmpty());
-        return;
-    }
-    QCOMPARE(fixture.launcher->calls.size(), 1);
-    QCOMPARE(fixture.launcher->calls.first().command, command);
-    QCOMPARE(fixture.launcher->calls.first().app, appleTerminalApp());
-}
-
-void TestViewModelConnect::connectHostWithoutSelection()
-{
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make();
-    vm.connectSelectedHost();
-    QCOMPARE(vm.statusMessage(), u"Selecteer eerst een host om te verbinden."_s);
-    QVERIFY(fixture.launcher->calls.isEmpty());
-}
-
-void TestViewModelConnect::connectKnownHostEntry_data()
-{
-    QTest::addColumn<QString>("knownHosts");
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("status");
-    QTest::newRow("bracketed port") << u"[gitbox]:2222 ssh-ed25519 AAAA\n"_s << u"ssh -p 2222 gitbox"_s
-                                    << u"Verbinding gestart in Terminal: gitbox:2222"_s;
-    QTest::newRow("plain host after wildcard") << u"*.corp,web01 ssh-rsa AAAA\n"_s << u"ssh web01"_s
-                                               << u"Verbinding gestart in Terminal: web01"_s;
-    QTest::newRow("user at host") << u"deploy@build7 ssh-rsa AAAA\n"_s << u"ssh deploy@build7"_s
-                                  << u"Verbinding gestart in Terminal: deploy@build7"_s;
-    QTest::newRow("commented out") << u"# web ssh-rsa AAAA\n"_s << QString()
-                                   << u"Deze known_hosts entry is uitgecommentarieerd."_s;
-    QTest::newRow("all hashed") << u"|1|abc=|def=,|2|x|y ssh-rsa AAAA\n"_s << QString()
-                                << u"Geen direct bruikbare host in deze known_hosts entry (mogelijk hashed of wildcard)."_s;
-    QTest::newRow("user at bracketed port") << u"ops@[db]:2200 ssh-rsa AAAA\n"_s << QString()
-                                            << u"Geen direct bruikbare host in deze known_hosts entry (mogelijk hashed of wildcard)."_s;
-}
-
-void TestViewModelConnect::connectKnownHostEntry()
-{
-    QFETCH(QString, knownHosts);
-    QFETCH(QString, command);
-    QFETCH(QString, status);
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make(QString(), knownHosts);
-    vm.connectSelectedKnownHostEntry();
-    QCOMPARE(vm.statusMessage(), status);
-    QCOMPARE(fixture.launcher->calls.size(), command.isEmpty() ? 0 : 1);
-    if (!command.isEmpty())
-        QCOMPARE(fixture.launcher->calls.first().command, command);
-}
-
-void TestViewModelConnect::noTerminalAvailable()
-{
-    ViewModelFixture fixture;
-    fixture.discovery->apps.clear();
-    SSHConfigViewModel& vm = fixture.make(u"Host web\n"_s, u"web ssh-rsa AAAA\n"_s);
-    vm.connectSelectedHost();
-    QCOMPARE(vm.statusMessage(), u"Geen terminal app beschikbaar. Kies er één in Preferences."_s);
-    vm.setActiveEditorTab(SSHConfigViewModel::EditorTab::knownHosts);
-    vm.connectSelectedKnownHostEntry();
-    QCOMPARE(vm.statusMessage(), u"Geen terminal app beschikbaar. Kies er één in Preferences."_s);
-    QVERIFY(fixture.launcher->calls.isEmpty());
-}
-
-void TestViewModelConnect::clipboardOutcome()
-{
-    ViewModelFixture fixture;
-    fixture.discovery->apps = {genericApp()};
-    fixture.launcher->putsOnClipboard = true;
-    SSHConfigViewModel& vm = fixture.make(u"Host web\n"_s);
-    vm.connectSelectedHost();
-    QCOMPARE(vm.statusMessage(),
-             u"Console geopend; ssh-commando staat op klembord. Plak met Cmd+V en druk Enter."_s);
-    QCOMPARE(fixture.launcher->calls.first().app, genericApp());
-}
-
-void TestViewModelConnect::launchFailure()
-{
-    ViewModelFixture fixture;
-    fixture.launcher->failure = u"Terminalscript mislukt: boom"_s;
-    SSHConfigViewModel& vm = fixture.make(u"Host web\n"_s);
-    vm.connectSelectedHost();
-    QCOMPARE(vm.statusMessage(), u"Connect mislukt: Terminalscript mislukt: boom"_s);
-}
-
-void TestViewModelConnect::commandsSurviveTheShell_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QStringList>("arguments");
-    const QList<QString> names{u"it's"_s,
-                               u"say\"hi\""_s,
-                               u"$(touch${IFS}pwned)"_s,
-                               u"`touch${IFS}pwned`"_s,
-                               u"a;touch${IFS}pwned"_s,
-                               u"a&&touch${IFS}pwned"_s,
-                               u"-oProxyCommand=touch${IFS}pwned"_s,
-                               u"a|b>c<d"_s};
-    for (const QString& name : names) {
-        QTest::addRow("config: %s", qPrintable(name)) << u"config"_s << name << QStringList{name};
-        QTest::addRow("known_hosts: %s", qPrintable(name)) << u"known_hosts"_s << name << QStringList{name};
-        QTest::addRow("known_hosts with port: %s", qPrintable(name))
-            << u"known_hosts port"_s << name << QStringList{u"-p"_s, u"2222"_s, name};
-    }
-    // Names with blanks cannot come from either file, but the host editor can store them.
-    QTest::newRow("editor: blanks and quotes") << u"editor"_s << u"my 'quoted' \"host\" && rm x"_s
-                                               << QStringList{u"my 'quoted' \"host\" && rm x"_s};
-}
-
-void TestViewModelConnect::commandsSurviveTheShell()
-{
-    QFETCH(QString, source);
-    QFETCH(QString, name);
-    QFETCH(QStringList, arguments);
-    ViewModelFixture fixture;
-    if (source == u"config"_s)
-        fixture.writeConfig(u"Host "_s + name + u"\n"_s);
-    else if (source == u"known_hosts"_s)
-        fixture.writeKnownHosts(name + u" ssh-ed25519 AAAA\n"_s);
-    else if (source == u"known_hosts port"_s)
-        fixture.writeKnownHosts(u"["_s + name + u"]:2222 ssh-ed25519 AAAA\n"_s);
-    SSHConfigViewModel& vm = fixture.make();
-    if (source == u"editor"_s)
-        selectHostWithPatterns(vm, {name});
-    if (source.startsWith(u"known_hosts"_s))
-        vm.connectSelectedKnownHostEntry();
-    else
-        vm.connectSelectedHost();
-    QVERIFY2(fixture.launcher->calls.size() == 1, qPrintable(vm.statusMessage()));
-
-    // A stand-in ssh that prints each argument it receives on a line of its own.
-    const QString bin = fixture.directory.filePath(u"bin"_s);
-    QVERIFY(writeBytes(bin + u"/ssh"_s, "#!/bin/sh\nfor a in \"$@\"; do printf '[%s]\\n' \"$a\"; done\n"));
-    QVERIFY(QFile::setPermissions(bin + u"/ssh"_s, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-    QProcess shell;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"PATH"_s, bin + u":/usr/bin:/bin"_s);
-    shell.setProcessEnvironment(environment);
-    shell.setWorkingDirectory(fixture.directory.path());
-    shell.start(u"/bin/sh"_s, {u"-c"_s, fixture.launcher->calls.first().command});
-    QVERIFY(shell.waitForFinished());
-    QCOMPARE(shell.exitCode(), 0);
-    QStringList expected;
-    for (const QString& argument : arguments)
-        expected.append(u'[' + argument + u']');
-    QCOMPARE(QString::fromUtf8(shell.readAllStandardOutput()), expected.join(u'\n') + u'\n');
-    QCOMPARE(QString::fromUtf8(shell.readAllStandardError()), QString());
-    QVERIFY(!QFile::exists(fixture.directory.filePath(u"pwned"_s)));
-}
 
 QTEST_GUILESS_MAIN(TestViewModelConnect)
 #include "test_view_model_connect.moc"

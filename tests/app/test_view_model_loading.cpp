@@ -12,226 +12,198 @@ class TestViewModelLoading : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void neitherFileExists();
-    void fixedFields();
-    void constructionChoosesTerminalBeforeLoading();
-    void loadsBothFiles();
-    void statusSentence_data();
-    void statusSentence();
-    void configNotUtf8KeepsConfigState();
-    void knownHostsUnreadableEmptiesKnownHostsState();
-    void hostSelectionRepair_data();
-    void hostSelectionRepair();
-    void knownHostSelectionRepair_data();
-    void knownHostSelectionRepair();
-    void reloadChoosesNewIdentities();
-    void reloadDiscardsEditsAndClearsFlags();
-    void entryCountIncludesCommentedOutEntries();
+    void neitherFileExists()
+    {
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make();
+        // A missing file reads as the empty text, which is one empty line.
+        QVERIFY(vm.document().hosts.isEmpty());
+        QCOMPARE(vm.document().globalItems, QList<SSHGlobalItem>{SSHGlobalItem::blank()});
+        QCOMPARE(vm.knownHostsDocument().records().size(), 1);
+        QVERIFY(vm.knownHostsDocument().records().first().kind().isBlank());
+        QVERIFY(vm.parseErrors().isEmpty());
+        QVERIFY(vm.knownHostsParseErrors().isEmpty());
+        QVERIFY(!vm.selectedHostID());
+        QVERIFY(!vm.selectedKnownHostEntryID());
+        QCOMPARE(vm.rawText(), QString());
+        QCOMPARE(vm.searchText(), QString());
+        QCOMPARE(vm.selectedGroup(), u"All"_s);
+        QCOMPARE(vm.knownHostsSearchText(), QString());
+        QCOMPARE(vm.activeEditorTab(), SSHConfigViewModel::EditorTab::structured);
+        QCOMPARE(vm.statusMessage(), u"SSH configuratie geladen. known_hosts geladen."_s);
+        QVERIFY(!vm.rawEditorDirty());
+        QVERIFY(!vm.rawTextDirty());
+        QVERIFY(!vm.knownHostsDirty());
+        QCOMPARE(vm.knownHostsEntryCount(), 0);
+        QCOMPARE(vm.lastBackupPath(), QString());
+    }
+
+    void constructionChoosesTerminalBeforeLoading()
+    {
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(u"Host web\n"_s);
+        QCOMPARE(fixture.discovery->calls, 1);
+        QCOMPARE(vm.availableTerminalApps(), fixture.discovery->apps);
+        QCOMPARE(vm.selectedTerminalBundleIdentifier(), u"com.apple.Terminal"_s);
+        QCOMPARE(selectedHostName(vm), u"web"_s);
+    }
+
+    void loadsBothFiles()
+    {
+        ViewModelFixture fixture;
+        const QString config = u"# Group: werk\nHost web\n    HostName web.example.com\n"_s;
+        SSHConfigViewModel& vm =
+            fixture.make(config, u"web.example.com ssh-ed25519 AAAAC3Nza\n# a comment\n"_s);
+        QCOMPARE(vm.rawText(), config);
+        QCOMPARE(firstPatterns(vm.document().hosts), QStringList{u"web"_s});
+        QCOMPARE(vm.document().hosts.first().groups, QStringList{u"werk"_s});
+        QCOMPARE(vm.knownHostsDocument().records().size(), 3);
+        QCOMPARE(vm.knownHostsEntryCount(), 1);
+        QCOMPARE(selectedEntryHost(vm), u"web.example.com"_s);
+    }
+
+    void statusSentence_data()
+    {
+        QTest::addColumn<QString>("knownHosts");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("all lines readable") << u"a ssh-ed25519 AAAA\n"_s
+                                            << u"SSH configuratie geladen. known_hosts geladen."_s;
+        QTest::newRow("two unreadable lines")
+            << u"a ssh-ed25519 AAAA\nnonsense\nmore nonsense\n"_s
+            << u"SSH configuratie geladen. known_hosts geladen met 2 parsefout(en)."_s;
+    }
+
+    void statusSentence()
+    {
+        QFETCH(QString, knownHosts);
+        QFETCH(QString, expected);
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(u"Host a\n"_s, knownHosts);
+        QCOMPARE(vm.statusMessage(), expected);
+    }
+
+    void configNotUtf8KeepsConfigState()
+    {
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(u"Host first\n"_s);
+        const SSHConfigDocument before = vm.document();
+        const std::optional<QUuid> selected = vm.selectedHostID();
+        vm.setRawText(u"typed"_s);
+        vm.markRawTextEdited();
+        QVERIFY(writeBytes(fixture.configPath(), QByteArray("Host \xff\xfe broken\n")));
+
+        vm.load();
+        QVERIFY2(vm.statusMessage().startsWith(u"Config laden mislukt: "_s), qPrintable(vm.statusMessage()));
+        QVERIFY(vm.statusMessage().endsWith(u" known_hosts geladen."_s));
+        QCOMPARE(vm.rawText(), u"typed"_s);
+        QCOMPARE(vm.document(), before);
+        QCOMPARE(vm.selectedHostID(), selected);
+        QVERIFY(vm.rawEditorDirty());
+        QVERIFY(vm.rawTextDirty());
+    }
+
+    void knownHostsUnreadableEmptiesKnownHostsState()
+    {
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(QString(), u"a ssh-ed25519 AAAA\nbad\n"_s);
+        QCOMPARE(vm.knownHostsEntryCount(), 1);
+        vm.setSelectedKnownHostEntryID(vm.filteredKnownHostEntries().first().id());
+        vm.deleteSelectedKnownHostEntry();
+        QVERIFY(vm.knownHostsDirty());
+        // A directory where the file should be cannot be read as text.
+        QVERIFY(QFile::remove(fixture.knownHostsPath()));
+        QVERIFY(QDir().mkpath(fixture.knownHostsPath()));
+
+        vm.load();
+        QVERIFY(vm.statusMessage().startsWith(u"SSH configuratie geladen. known_hosts laden mislukt: "_s));
+        QVERIFY(vm.knownHostsDocument().records().isEmpty());
+        QVERIFY(vm.knownHostsParseErrors().isEmpty());
+        QVERIFY(!vm.selectedKnownHostEntryID());
+        QVERIFY(!vm.knownHostsDirty());
+        QCOMPARE(vm.knownHostsEntryCount(), 0);
+    }
+
+    void hostSelectionRepair_data()
+    {
+        QTest::addColumn<QString>("config");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("wildcard first, plain second") << u"Host *\n    User me\nHost web\n"_s << u"web"_s;
+        QTest::newRow("only a wildcard") << u"Host *\n"_s << u"*"_s;
+        QTest::newRow("negation and question mark skipped") << u"Host !bastion\nHost db?\nHost db1\n"_s << u"db1"_s;
+        QTest::newRow("disabled host counts") << u"Host *\n# Host old\n#     HostName x\n"_s << u"old"_s;
+        QTest::newRow("empty document") << QString() << QString();
+    }
+
+    void hostSelectionRepair()
+    {
+        QFETCH(QString, config);
+        QFETCH(QString, expected);
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(config);
+        QCOMPARE(selectedHostName(vm), expected);
+        QCOMPARE(vm.selectedHostID().has_value(), !expected.isEmpty());
+    }
+
+    void knownHostSelectionRepair_data()
+    {
+        QTest::addColumn<QString>("knownHosts");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("comment before the first entry") << u"# c\nfirst ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s
+                                                        << u"first"_s;
+        QTest::newRow("commented-out entry is an entry") << u"# gone ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s
+                                                         << u"gone"_s;
+        QTest::newRow("no entries") << u"# note\n\n"_s << QString();
+    }
+
+    void knownHostSelectionRepair()
+    {
+        QFETCH(QString, knownHosts);
+        QFETCH(QString, expected);
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(QString(), knownHosts);
+        QCOMPARE(selectedEntryHost(vm), expected);
+    }
+
+    void reloadChoosesNewIdentities()
+    {
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(u"Host *\nHost web\nHost db\n"_s, u"a ssh-rsa AAAA\nb ssh-rsa BBBB\n"_s);
+        vm.setSelectedHostID(vm.document().hosts.at(2).id());
+        vm.setSelectedKnownHostEntryID(vm.filteredKnownHostEntries().at(1).id());
+        const std::optional<QUuid> hostBefore = vm.selectedHostID();
+
+        vm.load();
+        QVERIFY(vm.selectedHostID() != hostBefore);
+        QCOMPARE(selectedHostName(vm), u"web"_s);
+        QCOMPARE(selectedEntryHost(vm), u"a"_s);
+    }
+
+    void reloadDiscardsEditsAndClearsFlags()
+    {
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(u"Host web\n"_s);
+        vm.addHost();
+        vm.setRawText(u"Host typed\n"_s);
+        vm.markRawTextEdited();
+        QVERIFY(vm.rawEditorDirty() && vm.rawTextDirty());
+
+        vm.load();
+        QVERIFY(!vm.rawEditorDirty());
+        QVERIFY(!vm.rawTextDirty());
+        QCOMPARE(vm.rawText(), u"Host web\n"_s);
+        QCOMPARE(firstPatterns(vm.document().hosts), QStringList{u"web"_s});
+    }
+
+    void entryCountIncludesCommentedOutEntries()
+    {
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm =
+            fixture.make(QString(), u"a ssh-rsa AAAA\n# b ssh-rsa BBBB\n# just words\n\nbroken\nc ssh-ed25519 CCCC\n"_s);
+        QCOMPARE(vm.knownHostsEntryCount(), 3);
+        QCOMPARE(vm.knownHostsParseErrors().size(), 1);
+    }
+
 };
-
-void TestViewModelLoading::neitherFileExists()
-{
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make();
-    // A missing file reads as the empty text, which is one empty line.
-    QVERIFY(vm.document().hosts.isEmpty());
-    QCOMPARE(vm.document().globalItems, QList<SSHGlobalItem>{SSHGlobalItem::blank()});
-    QCOMPARE(vm.knownHostsDocument().records().size(), 1);
-    QVERIFY(vm.knownHostsDocument().records().first().kind().isBlank());
-    QVERIFY(vm.parseErrors().isEmpty());
-    QVERIFY(vm.knownHostsParseErrors().isEmpty());
-    QVERIFY(!vm.selectedHostID());
-    QVERIFY(!vm.selectedKnownHostEntryID());
-    QCOMPARE(vm.rawText(), QString());
-    QCOMPARE(vm.searchText(), QString());
-    QCOMPARE(vm.selectedGroup(), u"All"_s);
-    QCOMPARE(vm.knownHostsSearchText(), QString());
-    QCOMPARE(vm.activeEditorTab(), SSHConfigViewModel::EditorTab::structured);
-    QCOMPARE(vm.statusMessage(), u"SSH configuratie geladen. known_hosts geladen."_s);
-    QVERIFY(!vm.rawEditorDirty());
-    QVERIFY(!vm.rawTextDirty());
-    QVERIFY(!vm.knownHostsDirty());
-    QCOMPARE(vm.knownHostsEntryCount(), 0);
-    QCOMPARE(vm.lastBackupPath(), QString());
-}
-
-void TestViewModelLoading::fixedFields()
-{
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make();
-    QCOMPARE(vm.preferredTerminalBundleIdentifierKey(), u"preferredTerminalBundleIdentifier"_s);
-    QCOMPARE(vm.fileService().configURL(), fixture.configPath());
-    QCOMPARE(vm.fileService().knownHostsURL(), fixture.knownHostsPath());
-    QCOMPARE(&vm.terminalLauncher(), fixture.launcher.get());
-    QCOMPARE(&vm.userDefaults(), fixture.defaults.get());
-}
-
-void TestViewModelLoading::constructionChoosesTerminalBeforeLoading()
-{
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make(u"Host web\n"_s);
-    QCOMPARE(fixture.discovery->calls, 1);
-    QCOMPARE(vm.availableTerminalApps(), fixture.discovery->apps);
-    QCOMPARE(vm.selectedTerminalBundleIdentifier(), u"com.apple.Terminal"_s);
-    QCOMPARE(selectedHostName(vm), u"web"_s);
-}
-
-void TestViewModelLoading::loadsBothFiles()
-{
-    ViewModelFixture fixture;
-    const QString config = u"# Group: werk\nHost web\n    HostName web.example.com\n"_s;
-    SSHConfigViewModel& vm =
-        fixture.make(config, u"web.example.com ssh-ed25519 AAAAC3Nza\n# a comment\n"_s);
-    QCOMPARE(vm.rawText(), config);
-    QCOMPARE(firstPatterns(vm.document().hosts), QStringList{u"web"_s});
-    QCOMPARE(vm.document().hosts.first().groups, QStringList{u"werk"_s});
-    QCOMPARE(vm.knownHostsDocument().records().size(), 3);
-    QCOMPARE(vm.knownHostsEntryCount(), 1);
-    QCOMPARE(selectedEntryHost(vm), u"web.example.com"_s);
-}
-
-void TestViewModelLoading::statusSentence_data()
-{
-    QTest::addColumn<QString>("knownHosts");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("all lines readable") << u"a ssh-ed25519 AAAA\n"_s
-                                        << u"SSH configuratie geladen. known_hosts geladen."_s;
-    QTest::newRow("two unreadable lines")
-        << u"a ssh-ed25519 AAAA\nnonsense\nmore nonsense\n"_s
-        << u"SSH configuratie geladen. known_hosts geladen met 2 parsefout(en)."_s;
-    QTest::newRow("three unreadable lines")
-        << u"x\ny\nz\n"_s << u"SSH configuratie geladen. known_hosts geladen met 3 parsefout(en)."_s;
-}
-
-void TestViewModelLoading::statusSentence()
-{
-    QFETCH(QString, knownHosts);
-    QFETCH(QString, expected);
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make(u"Host a\n"_s, knownHosts);
-    QCOMPARE(vm.statusMessage(), expected);
-}
-
-void TestViewModelLoading::configNotUtf8KeepsConfigState()
-{
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make(u"Host first\n"_s);
-    const SSHConfigDocument before = vm.document();
-    const std::optional<QUuid> selected = vm.selectedHostID();
-    vm.setRawText(u"typed"_s);
-    vm.markRawTextEdited();
-    QVERIFY(writeBytes(fixture.configPath(), QByteArray("Host \xff\xfe broken\n")));
-
-    vm.load();
-    QVERIFY2(vm.statusMessage().startsWith(u"Config laden mislukt: "_s), qPrintable(vm.statusMessage()));
-    QVERIFY(vm.statusMessage().endsWith(u" known_hosts geladen."_s));
-    QCOMPARE(vm.rawText(), u"typed"_s);
-    QCOMPARE(vm.document(), before);
-    QCOMPARE(vm.selectedHostID(), selected);
-    QVERIFY(vm.rawEditorDirty());
-    QVERIFY(vm.rawTextDirty());
-}
-
-void TestViewModelLoading::knownHostsUnreadableEmptiesKnownHostsState()
-{
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make(QString(), u"a ssh-ed25519 AAAA\nbad\n"_s);
-    QCOMPARE(vm.knownHostsEntryCount(), 1);
-    vm.setSelectedKnownHostEntryID(vm.filteredKnownHostEntries().first().id());
-    vm.deleteSelectedKnownHostEntry();
-    QVERIFY(vm.knownHostsDirty());
-    // A directory where the file should be cannot be read as text.
-    QVERIFY(QFile::remove(fixture.knownHostsPath()));
-    QVERIFY(QDir().mkpath(fixture.knownHostsPath()));
-
-    vm.load();
-    QVERIFY(vm.statusMessage().startsWith(u"SSH configuratie geladen. known_hosts laden mislukt: "_s));
-    QVERIFY(vm.knownHostsDocument().records().isEmpty());
-    QVERIFY(vm.knownHostsParseErrors().isEmpty());
-    QVERIFY(!vm.selectedKnownHostEntryID());
-    QVERIFY(!vm.knownHostsDirty());
-    QCOMPARE(vm.knownHostsEntryCount(), 0);
-}
-
-void TestViewModelLoading::hostSelectionRepair_data()
-{
-    QTest::addColumn<QString>("config");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("wildcard first, plain second") << u"Host *\n    User me\nHost web\n"_s << u"web"_s;
-    QTest::newRow("only a wildcard") << u"Host *\n"_s << u"*"_s;
-    QTest::newRow("negation and question mark skipped") << u"Host !bastion\nHost db?\nHost db1\n"_s << u"db1"_s;
-    QTest::newRow("disabled host counts") << u"Host *\n# Host old\n#     HostName x\n"_s << u"old"_s;
-    QTest::newRow("empty document") << QString() << QString();
-}
-
-void TestViewModelLoading::hostSelectionRepair()
-{
-    QFETCH(QString, config);
-    QFETCH(QString, expected);
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make(config);
-    QCOMPARE(selectedHostName(vm), expected);
-    QCOMPARE(vm.selectedHostID().has_value(), !expected.isEmpty());
-}
-
-void TestViewModelLoading::knownHostSelectionRepair_data()
-{
-    QTest::addColumn<QString>("knownHosts");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("comment before the first entry") << u"# c\nfirst ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s
-                                                    << u"first"_s;
-    QTest::newRow("commented-out entry is an entry") << u"# gone ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s
-                                                     << u"gone"_s;
-    QTest::newRow("no entries") << u"# note\n\n"_s << QString();
-}
-
-void TestViewModelLoading::knownHostSelectionRepair()
-{
-    QFETCH(QString, knownHosts);
-    QFETCH(QString, expected);
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make(QString(), knownHosts);
-    QCOMPARE(selectedEntryHost(vm), expected);
-}
-
-void TestViewModelLoading::reloadChoosesNewIdentities()
-{
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make(u"Host *\nHost web\nHost db\n"_s, u"a ssh-rsa AAAA\nb ssh-rsa BBBB\n"_s);
-    vm.setSelectedHostID(vm.document().hosts.at(2).id());
-    vm.setSelectedKnownHostEntryID(vm.filteredKnownHostEntries().at(1).id());
-    const std::optional<QUuid> hostBefore = vm.selectedHostID();
-
-    vm.load();
-    QVERIFY(vm.selectedHostID() != hostBefore);
-    QCOMPARE(selectedHostName(vm), u"web"_s);
-    QCOMPARE(selectedEntryHost(vm), u"a"_s);
-}
-
-void TestViewModelLoading::reloadDiscardsEditsAndClearsFlags()
-{
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm = fixture.make(u"Host web\n"_s);
-    vm.addHost();
-    vm.setRawText(u"Host typed\n"_s);
-    vm.markRawTextEdited();
-    QVERIFY(vm.rawEditorDirty() && vm.rawTextDirty());
-
-    vm.load();
-    QVERIFY(!vm.rawEditorDirty());
-    QVERIFY(!vm.rawTextDirty());
-    QCOMPARE(vm.rawText(), u"Host web\n"_s);
-    QCOMPARE(firstPatterns(vm.document().hosts), QStringList{u"web"_s});
-}
-
-void TestViewModelLoading::entryCountIncludesCommentedOutEntries()
-{
-    ViewModelFixture fixture;
-    SSHConfigViewModel& vm =
-        fixture.make(QString(), u"a ssh-rsa AAAA\n# b ssh-rsa BBBB\n# just words\n\nbroken\nc ssh-ed25519 CCCC\n"_s);
-    QCOMPARE(vm.knownHostsEntryCount(), 3);
-    QCOMPARE(vm.knownHostsParseErrors().size(), 1);
-}
 
 QTEST_GUILESS_MAIN(TestViewModelLoading)
 #include "test_view_model_loading.moc"

@@ -15,9 +15,57 @@ class TestKnownHostsOpenSsh : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void sameKeysFoundAfterWriting_data();
-    void sameKeysFoundAfterWriting();
+    void initTestCase()
+    {
+        m_sshKeygen = QStandardPaths::findExecutable(u"ssh-keygen"_s);
+        if (m_sshKeygen.isEmpty())
+            QSKIP("ssh-keygen is not installed");
+        QVERIFY(m_dir.isValid());
+        for (const QString& type : {u"ed25519"_s, u"rsa"_s, u"ecdsa"_s}) {
+            m_keys.insert(type, publicKey(type));
+            QVERIFY2(!m_keys[type].isEmpty(), qPrintable(type));
+        }
+        m_plainFile = writeFile(u"known_hosts"_s, knownHostsText() + unhashableLines());
+        m_hashedFile = writeFile(u"known_hosts_hashed"_s, knownHostsText());
+        QVERIFY(!m_plainFile.isEmpty() && !m_hashedFile.isEmpty());
+        run({u"-H"_s, u"-f"_s, m_hashedFile});
+        QFile hashed(m_hashedFile);
+        QVERIFY(hashed.open(QIODevice::ReadOnly));
+        const QByteArray hashedText = hashed.readAll();
+        QVERIFY2(hashedText.contains("|1|"), "ssh-keygen -H hashed nothing");
+        hashed.close();
+        QVERIFY(!writeFile(u"known_hosts_hashed"_s, QString::fromUtf8(hashedText) + unhashableLines()).isEmpty());
+    }
+
+    void sameKeysFoundAfterWriting_data()
+    {
+        QTest::addColumn<bool>("hashed");
+        QTest::addColumn<QString>("host");
+        QTest::addColumn<bool>("known");
+        const QList<std::pair<QString, bool>> hosts{
+            {u"github.com"_s, true},    {u"10.0.0.1"_s, true},       {u"[db.example.org]:2222"_s, true},
+            {u"db.example.org"_s, true}, {u"plain.example"_s, true}, {u"www.example.org"_s, true},
+            {u"revoked.example"_s, true}, {u"commented.example"_s, false}, {u"multi1"_s, true},
+            {u"multi2"_s, true},        {u"[multi3]:2200"_s, true},  {u"unknown.example"_s, false}};
+        for (const bool hashed : {false, true}) {
+            for (const auto& [host, known] : hosts)
+                QTest::addRow("%s %s", hashed ? "hashed" : "plain", qPrintable(host)) << hashed << host << known;
+        }
+    }
+
+    void sameKeysFoundAfterWriting()
+    {
+        QFETCH(bool, hashed);
+        QFETCH(QString, host);
+        QFETCH(bool, known);
+        const QString original = hashed ? m_hashedFile : m_plainFile;
+        const QString written = rewrite(original);
+        QVERIFY(!written.isEmpty());
+
+        const QString before = lookup(host, original);
+        QCOMPARE(!before.isEmpty(), known);
+        QCOMPARE(lookup(host, written), before);
+    }
 
 private:
     QString run(const QStringList& arguments);
@@ -93,44 +141,6 @@ QString TestKnownHostsOpenSsh::writeFile(const QString& name, const QString& tex
     return path;
 }
 
-void TestKnownHostsOpenSsh::initTestCase()
-{
-    m_sshKeygen = QStandardPaths::findExecutable(u"ssh-keygen"_s);
-    if (m_sshKeygen.isEmpty())
-        QSKIP("ssh-keygen is not installed");
-    QVERIFY(m_dir.isValid());
-    for (const QString& type : {u"ed25519"_s, u"rsa"_s, u"ecdsa"_s}) {
-        m_keys.insert(type, publicKey(type));
-        QVERIFY2(!m_keys[type].isEmpty(), qPrintable(type));
-    }
-    m_plainFile = writeFile(u"known_hosts"_s, knownHostsText() + unhashableLines());
-    m_hashedFile = writeFile(u"known_hosts_hashed"_s, knownHostsText());
-    QVERIFY(!m_plainFile.isEmpty() && !m_hashedFile.isEmpty());
-    run({u"-H"_s, u"-f"_s, m_hashedFile});
-    QFile hashed(m_hashedFile);
-    QVERIFY(hashed.open(QIODevice::ReadOnly));
-    const QByteArray hashedText = hashed.readAll();
-    QVERIFY2(hashedText.contains("|1|"), "ssh-keygen -H hashed nothing");
-    hashed.close();
-    QVERIFY(!writeFile(u"known_hosts_hashed"_s, QString::fromUtf8(hashedText) + unhashableLines()).isEmpty());
-}
-
-void TestKnownHostsOpenSsh::sameKeysFoundAfterWriting_data()
-{
-    QTest::addColumn<bool>("hashed");
-    QTest::addColumn<QString>("host");
-    QTest::addColumn<bool>("known");
-    const QList<std::pair<QString, bool>> hosts{
-        {u"github.com"_s, true},    {u"10.0.0.1"_s, true},       {u"[db.example.org]:2222"_s, true},
-        {u"db.example.org"_s, true}, {u"plain.example"_s, true}, {u"www.example.org"_s, true},
-        {u"revoked.example"_s, true}, {u"commented.example"_s, false}, {u"multi1"_s, true},
-        {u"multi2"_s, true},        {u"[multi3]:2200"_s, true},  {u"unknown.example"_s, false}};
-    for (const bool hashed : {false, true}) {
-        for (const auto& [host, known] : hosts)
-            QTest::addRow("%s %s", hashed ? "hashed" : "plain", qPrintable(host)) << hashed << host << known;
-    }
-}
-
 QString TestKnownHostsOpenSsh::lookup(const QString& host, const QString& file)
 {
     // Compare what OpenSSH found (line numbers, markers as "CA" or "REVOKED", keys), not how it echoes the matching line,
@@ -157,20 +167,6 @@ QString TestKnownHostsOpenSsh::rewrite(const QString& file)
         return {};
     const QString written = KnownHostsService{}.serialize(KnownHostsService{}.parse(QString::fromUtf8(in.readAll())).document);
     return writeFile(QFileInfo(file).fileName() + u".written"_s, written);
-}
-
-void TestKnownHostsOpenSsh::sameKeysFoundAfterWriting()
-{
-    QFETCH(bool, hashed);
-    QFETCH(QString, host);
-    QFETCH(bool, known);
-    const QString original = hashed ? m_hashedFile : m_plainFile;
-    const QString written = rewrite(original);
-    QVERIFY(!written.isEmpty());
-
-    const QString before = lookup(host, original);
-    QCOMPARE(!before.isEmpty(), known);
-    QCOMPARE(lookup(host, written), before);
 }
 
 QTEST_GUILESS_MAIN(TestKnownHostsOpenSsh)

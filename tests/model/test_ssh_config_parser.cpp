@@ -172,11 +172,6 @@ private:
 
     void addValues()
     {
-        row("quoted path with space", u"Host a\n  IdentityFile \"~/my keys/id\"  "_s,
-            { u"host [\"a\"] groups []"_s, u"  option \"IdentityFile\" \"\"~/my keys/id\"\""_s });
-        row("comment after value", u"Host a\n  HostName x # main"_s,
-            { u"host [\"a\"] groups []"_s, u"  option \"HostName\" \"x # main\""_s });
-        row("spaced equals", u"Host a\nPort = 22"_s, { u"host [\"a\"] groups []"_s, u"  option \"Port\" \"= 22\""_s });
         row("key keeps its letter case", u"Host a\nhOSTNAME x"_s,
             { u"host [\"a\"] groups []"_s, u"  option \"hOSTNAME\" \"x\""_s });
     }

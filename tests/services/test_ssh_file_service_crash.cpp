@@ -3,10 +3,9 @@
 // looks at what is on disk.
 
 #include "SSHFileService.h"
+#include "TestFiles.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -57,11 +56,6 @@ SSHFileService serviceIn(const QString& home)
     }
 }
 
-QByteArray readBytes(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-}
 } // namespace
 
 class TestSSHFileServiceCrash : public QObject
@@ -69,44 +63,42 @@ class TestSSHFileServiceCrash : public QObject
     Q_OBJECT
 
 private slots:
-    void killedSaveLeavesAWholeFile_data();
-    void killedSaveLeavesAWholeFile();
+    void killedSaveLeavesAWholeFile_data()
+    {
+        QTest::addColumn<int>("attempt");
+        for (int attempt = 1; attempt <= 12; ++attempt)
+            QTest::addRow("kill %d", attempt) << attempt;
+    }
+
+    void killedSaveLeavesAWholeFile()
+    {
+        QTemporaryDir home;
+        const SSHFileService service = serviceIn(home.path());
+        static const QString a = largeText('a');
+        static const QString b = largeText('b');
+        service.writeConfig(a);
+
+        QProcess child;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QString::fromLatin1(saveLoopVariable), home.path());
+        child.setProcessEnvironment(environment);
+        child.start(QCoreApplication::applicationFilePath(), {});
+        QVERIFY2(child.waitForStarted(), qPrintable(child.errorString()));
+        QVERIFY2(child.waitForReadyRead(60000), child.readAllStandardError().constData());
+        QCOMPARE(child.readLine(), QByteArray("ready\n"));
+
+        // A random moment somewhere in the save cycle: backup, temporary file, rename or read-back.
+        QThread::msleep(QRandomGenerator::global()->bounded(1u, 500u));
+        child.kill();
+        QVERIFY(child.waitForFinished(60000));
+        QVERIFY2(child.exitStatus() == QProcess::CrashExit, child.readAllStandardError().constData());
+
+        const QByteArray onDisk = readBytes(service.configURL());
+        QVERIFY2(onDisk == a.toLatin1() || onDisk == b.toLatin1(),
+            qPrintable(u"%1 bytes on disk, neither text whole"_s.arg(onDisk.size())));
+    }
+
 };
-
-void TestSSHFileServiceCrash::killedSaveLeavesAWholeFile_data()
-{
-    QTest::addColumn<int>("attempt");
-    for (int attempt = 1; attempt <= 12; ++attempt)
-        QTest::addRow("kill %d", attempt) << attempt;
-}
-
-void TestSSHFileServiceCrash::killedSaveLeavesAWholeFile()
-{
-    QTemporaryDir home;
-    const SSHFileService service = serviceIn(home.path());
-    static const QString a = largeText('a');
-    static const QString b = largeText('b');
-    service.writeConfig(a);
-
-    QProcess child;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QString::fromLatin1(saveLoopVariable), home.path());
-    child.setProcessEnvironment(environment);
-    child.start(QCoreApplication::applicationFilePath(), {});
-    QVERIFY2(child.waitForStarted(), qPrintable(child.errorString()));
-    QVERIFY2(child.waitForReadyRead(60000), child.readAllStandardError().constData());
-    QCOMPARE(child.readLine(), QByteArray("ready\n"));
-
-    // A random moment somewhere in the save cycle: backup, temporary file, rename or read-back.
-    QThread::msleep(QRandomGenerator::global()->bounded(1u, 500u));
-    child.kill();
-    QVERIFY(child.waitForFinished(60000));
-    QVERIFY2(child.exitStatus() == QProcess::CrashExit, child.readAllStandardError().constData());
-
-    const QByteArray onDisk = readBytes(service.configURL());
-    QVERIFY2(onDisk == a.toLatin1() || onDisk == b.toLatin1(),
-        qPrintable(u"%1 bytes on disk, neither text whole"_s.arg(onDisk.size())));
-}
 
 int main(int argc, char* argv[])
 {

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -12,6 +13,8 @@
 using namespace Qt::StringLiterals;
 
 using LaunchMode = TerminalApp::LaunchMode;
+Q_DECLARE_METATYPE(LaunchMode)
+Q_DECLARE_METATYPE(std::optional<LaunchMode>)
 
 namespace
 {
@@ -87,6 +90,8 @@ template<typename Launch> QString failureOf(Launch&& launch)
     try {
         launch();
     } catch (const ServiceError& error) {
+        if (QString::fromUtf8(error.what()) != error.description())
+            return u"what() differs from description(): "_s + QString::fromUtf8(error.what());
         return error.description();
     }
     return {};
@@ -98,372 +103,395 @@ class TestTerminalLauncher : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
+    // The terminal description itself
+
+    void launchModeFromRawValue_data()
+    {
+        QTest::addColumn<QString>("raw");
+        QTest::addColumn<std::optional<LaunchMode>>("expected");
+
+        QTest::newRow("appleTerminal") << u"appleTerminal"_s << std::optional(LaunchMode::appleTerminal);
+        QTest::newRow("iTerm2") << u"iTerm2"_s << std::optional(LaunchMode::iTerm2);
+        QTest::newRow("warp") << u"warp"_s << std::optional(LaunchMode::warp);
+        QTest::newRow("generic") << u"generic"_s << std::optional(LaunchMode::generic);
+        QTest::newRow("commandLine") << u"commandLine"_s << std::optional(LaunchMode::commandLine);
+        QTest::newRow("case differs") << u"iterm2"_s << std::optional<LaunchMode>();
+        QTest::newRow("leading blank") << u" warp"_s << std::optional<LaunchMode>();
+        QTest::newRow("empty") << QString() << std::optional<LaunchMode>();
+        QTest::newRow("case name spelled as Swift") << u"Warp"_s << std::optional<LaunchMode>();
+    }
+
+    void launchModeFromRawValue()
+    {
+        QFETCH(QString, raw);
+        QFETCH(std::optional<LaunchMode>, expected);
+        QCOMPARE(TerminalApp::launchModeFromRawValue(raw), expected);
+        if (expected)
+            QCOMPARE(TerminalApp::rawValue(*expected), raw);
+    }
+
+    void equalityCoversEveryField_data()
+    {
+        QTest::addColumn<TerminalApp>("other");
+
+        const TerminalApp base(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, u"warp"_s);
+        QTest::newRow("identifier") << TerminalApp(u"dev.warp.Warp-Stable"_s, u"Warp"_s, LaunchMode::warp, u"warp"_s);
+        QTest::newRow("name") << TerminalApp(u"dev.warp.Warp"_s, u"warp"_s, LaunchMode::warp, u"warp"_s);
+        QTest::newRow("mode") << TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::generic, u"warp"_s);
+        QTest::newRow("scheme") << TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, u"warppreview"_s);
+        QTest::newRow("no scheme") << TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp);
+        QTest::newRow("empty scheme") << TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, QString());
+        TerminalApp withPrefix = base;
+        withPrefix.setCommandPrefix({ u"warp"_s });
+        QTest::newRow("command prefix") << withPrefix;
+    }
+
+    void equalityCoversEveryField()
+    {
+        QFETCH(TerminalApp, other);
+        const TerminalApp base(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, u"warp"_s);
+        QVERIFY(!(base == other));
+        QVERIFY(base != other);
+        QCOMPARE(QSet<TerminalApp>({ base, other }).size(), 2);
+        const TerminalApp copy = other;
+        QCOMPARE(copy, other);
+        QCOMPARE(qHash(copy, 7), qHash(other, 7));
+    }
+
+    // Launching
+
+    void init()
+    {
+        m_platform = RecordingPlatform();
+        QVERIFY(m_dir.isValid());
+        // Every test starts without a Warp directory.
+        QVERIFY(QDir(m_dir.path()).removeRecursively());
+        QVERIFY(QDir().mkpath(m_dir.path()));
+        m_warpDirectory = m_dir.filePath(u"home/.warp/launch_configurations"_s);
+    }
 
     // AppleScript modes
-    void terminalScriptEscapesTheCommand_data();
-    void terminalScriptEscapesTheCommand();
-    void iTermScriptIsExact();
-    void scriptFailureIsPassedOn_data();
-    void scriptFailureIsPassedOn();
-    void refusalFallsBackToClipboard_data();
-    void refusalFallsBackToClipboard();
-    void refusalWithFailingOpenerKeepsClipboard_data();
-    void refusalWithFailingOpenerKeepsClipboard();
-    void missingScriptRunnerFails();
+
+    void terminalScriptEscapesTheCommand_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("escaped");
+
+        QTest::newRow("plain command unchanged") << u"ssh web-01"_s << u"ssh web-01"_s;
+        QTest::newRow("double quote") << u"ssh \"my host\""_s << u"ssh \\\"my host\\\""_s;
+        QTest::newRow("backslash doubled") << u"ssh a\\b"_s << u"ssh a\\\\b"_s;
+        QTest::newRow("backslash before quote") << u"x\\\"y"_s << u"x\\\\\\\"y"_s;
+        QTest::newRow("single quotes pass") << u"ssh -p 22 'web 01'"_s << u"ssh -p 22 'web 01'"_s;
+        QTest::newRow("line feed passes") << u"ssh a\nb"_s << u"ssh a\nb"_s;
+        QTest::newRow("non-ascii passes") << u"ssh ümlaut"_s << u"ssh ümlaut"_s;
+    }
+
+    void terminalScriptEscapesTheCommand()
+    {
+        QFETCH(QString, command);
+        QFETCH(QString, escaped);
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+
+        QCOMPARE(launcher.launch(appleTerminal(), command), false);
+        QCOMPARE(m_platform.calls, QStringList { u"script:"_s + terminalScript(escaped) });
+    }
+
+    void iTermScriptIsExact()
+    {
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+        QCOMPARE(launcher.launch(iTerm(), u"ssh \"a\""_s), false);
+
+        const QString expected = u"tell application \"iTerm\"\n"
+                                 u"    activate\n"
+                                 u"    if (count of windows) = 0 then\n"
+                                 u"        create window with default profile\n"
+                                 u"    end if\n"
+                                 u"    tell current window\n"
+                                 u"        create tab with default profile\n"
+                                 u"        tell current session to write text \"ssh \\\"a\\\"\"\n"
+                                 u"    end tell\n"
+                                 u"end tell"_s;
+        QCOMPARE(m_platform.calls, QStringList { u"script:"_s + expected });
+    }
+
+    void scriptFailureIsPassedOn_data()
+    {
+        QTest::addColumn<std::shared_ptr<ServiceError>>("error");
+        QTest::addColumn<QString>("description");
+
+        QTest::newRow("other script error") << std::shared_ptr<ServiceError>(
+            new TerminalLaunchError(TerminalLaunchError::appleScriptFailed(u"{NSAppleScriptErrorNumber = -2741;}"_s)))
+                                            << u"Terminalscript mislukt: {NSAppleScriptErrorNumber = -2741;}"_s;
+        QTest::newRow("refusal text in a platform error is no refusal")
+            << std::shared_ptr<ServiceError>(new PlatformError(u"-1743"_s)) << u"-1743"_s;
+        QTest::newRow("refusal text in another case is no refusal")
+            << std::shared_ptr<ServiceError>(new TerminalLaunchError(TerminalLaunchError::launchFailed(u"-1743"_s)))
+            << u"Terminal app openen mislukt voor -1743."_s;
+    }
+
+    void scriptFailureIsPassedOn()
+    {
+        QFETCH(std::shared_ptr<ServiceError>, error);
+        QFETCH(QString, description);
+        m_platform.scriptError = error;
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+
+        QCOMPARE(failureOf([&] { launcher.launch(appleTerminal(), u"ssh web"_s); }), description);
+        QCOMPARE(m_platform.calls.size(), 1);
+        QVERIFY(m_platform.calls.constFirst().startsWith(u"script:"_s));
+    }
+
+    void refusalFallsBackToClipboard_data()
+    {
+        QTest::addColumn<TerminalApp>("app");
+        QTest::addColumn<QString>("message");
+
+        QTest::newRow("not authorized, mixed case")
+            << appleTerminal() << u"Tarnwick is Not Authorized To Send Apple Events to Terminal."_s;
+        QTest::newRow("quoted error number") << appleTerminal() << u"{\n    NSAppleScriptErrorNumber = \"-1743\";\n}"_s;
+        QTest::newRow("bare error number") << iTerm() << u"{ NSAppleScriptErrorNumber = -1743; }"_s;
+        QTest::newRow("number anywhere") << iTerm() << u"error -1743 happened"_s;
+    }
+
+    void refusalFallsBackToClipboard()
+    {
+        QFETCH(TerminalApp, app);
+        QFETCH(QString, message);
+        m_platform.scriptError = std::make_shared<TerminalLaunchError>(TerminalLaunchError::appleScriptFailed(message));
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+
+        QCOMPARE(launcher.launch(app, u"ssh \"q\" a\\b"_s), true);
+        QCOMPARE(m_platform.calls.size(), 3);
+        QVERIFY(m_platform.calls[0].startsWith(u"script:"_s));
+        QCOMPARE(m_platform.calls[1], u"open:"_s + app.bundleIdentifier());
+        QCOMPARE(m_platform.calls[2], u"clipboard:ssh \"q\" a\\b"_s);
+    }
+
+    // The clipboard is touched only after the app opened: a failing opener leaves it alone.
+    void failingOpenerLeavesTheClipboard_data()
+    {
+        QTest::addColumn<TerminalApp>("app");
+        QTest::addColumn<std::shared_ptr<ServiceError>>("openError");
+        QTest::addColumn<QString>("description");
+
+        QTest::newRow("refused script, open exits non-zero")
+            << appleTerminal()
+            << std::shared_ptr<ServiceError>(new TerminalLaunchError(TerminalLaunchError::launchFailed(terminalId)))
+            << u"Terminal app openen mislukt voor com.apple.Terminal."_s;
+        QTest::newRow("refused script, open cannot start")
+            << appleTerminal() << std::shared_ptr<ServiceError>(new PlatformError(u"No such file or directory"_s))
+            << u"No such file or directory"_s;
+        QTest::newRow("generic, open fails") << TerminalApp(u"com.example.Term"_s, u"Term"_s, LaunchMode::generic)
+                                             << std::shared_ptr<ServiceError>(new TerminalLaunchError(
+                                                    TerminalLaunchError::launchFailed(u"com.example.Term"_s)))
+                                             << u"Terminal app openen mislukt voor com.example.Term."_s;
+    }
+
+    void failingOpenerLeavesTheClipboard()
+    {
+        QFETCH(TerminalApp, app);
+        QFETCH(std::shared_ptr<ServiceError>, openError);
+        QFETCH(QString, description);
+        m_platform.scriptError
+            = std::make_shared<TerminalLaunchError>(TerminalLaunchError::appleScriptFailed(u"-1743"_s));
+        m_platform.openError = openError;
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+
+        QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh web"_s); }), description);
+        QCOMPARE(m_platform.calls.constLast(), u"open:"_s + app.bundleIdentifier());
+        QVERIFY(!m_platform.calls.join(u'\n').contains(u"clipboard:"_s));
+    }
+
+    void missingScriptRunnerFails()
+    {
+        TerminalLauncher launcher({}, {}, {}, {}, {});
+        QCOMPARE(failureOf([&] { launcher.launch(iTerm(), u"ssh web"_s); }),
+            u"Terminalscript mislukt: Geen scriptomgeving beschikbaar."_s);
+    }
 
     // generic mode
-    void genericOpensThenCopies();
-    void genericWithFailingOpenerKeepsClipboard();
+
+    void genericOpensThenCopies()
+    {
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
+        const TerminalApp app(u"com.example.Term"_s, u"Term"_s, LaunchMode::generic);
+
+        QCOMPARE(launcher.launch(app, u"ssh \"x\""_s), true);
+        QCOMPARE(m_platform.calls, (QStringList { u"open:com.example.Term"_s, u"clipboard:ssh \"x\""_s }));
+    }
 
     // Warp
-    void warpWritesConfigurationAndOpensUri_data();
-    void warpWritesConfigurationAndOpensUri();
-    void warpEscapesHomeAndCommand();
-    void secondWarpLaunchReplacesFirst();
-    void warpCreatesMissingDirectories();
-    void warpDirectoryThatCannotBeMadeIsPlatformError();
-    void warpFileThatCannotBeWrittenFails();
-    void warpInvalidUri_data();
-    void warpInvalidUri();
-    void warpRefusedUri();
+
+    void warpWritesConfigurationAndOpensUri_data()
+    {
+        QTest::addColumn<std::optional<QString>>("scheme");
+        QTest::addColumn<QString>("home");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("uri");
+        QTest::addColumn<QString>("layout"); // the cwd and exec lines as written
+
+        const QString plainLayout = u"          cwd: \"/home/user\"\n          commands:\n"
+                                    u"            - exec: \"ssh -p 2222 web-01\""_s;
+        QTest::newRow("warp") << std::optional<QString>(u"warp"_s) << u"/home/user"_s << u"ssh -p 2222 web-01"_s
+                              << u"warp://launch/tarnwick-connect"_s << plainLayout;
+        QTest::newRow("preview") << std::optional<QString>(u"warppreview"_s) << u"/home/user"_s
+                                 << u"ssh -p 2222 web-01"_s << u"warppreview://launch/tarnwick-connect"_s
+                                 << plainLayout;
+        QTest::newRow("no scheme means warp") << std::optional<QString>() << u"/home/user"_s << u"ssh -p 2222 web-01"_s
+                                              << u"warp://launch/tarnwick-connect"_s << plainLayout;
+        QTest::newRow("quotes and backslashes escaped")
+            << std::optional<QString>(u"warp"_s) << u"/home/Jan \"JJ\" de\\Vries"_s << u"ssh 'a\"b'"_s
+            << u"warp://launch/tarnwick-connect"_s
+            << u"          cwd: \"/home/Jan \\\"JJ\\\" de\\\\Vries\"\n          commands:\n"
+               u"            - exec: \"ssh 'a\\\"b'\""_s;
+    }
+
+    void warpWritesConfigurationAndOpensUri()
+    {
+        QFETCH(std::optional<QString>, scheme);
+        QFETCH(QString, home);
+        QFETCH(QString, command);
+        QFETCH(QString, uri);
+        QFETCH(QString, layout);
+        // The launch configuration folder does not exist yet: the launcher makes it.
+        QVERIFY(!QFileInfo::exists(QFileInfo(m_warpDirectory).path()));
+        TerminalLauncher launcher = m_platform.makeLauncher(home, m_warpDirectory);
+
+        QCOMPARE(launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, scheme), command), false);
+        QCOMPARE(m_platform.calls, QStringList { u"uri:"_s + uri });
+        const QString expected = u"---\n"
+                                 u"name: Tarnwick Connect\n"
+                                 u"windows:\n"
+                                 u"  - tabs:\n"
+                                 u"      - title: SSH Connect\n"
+                                 u"        layout:\n"_s
+            + layout;
+        QCOMPARE(readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s), expected);
+    }
+
+    void secondWarpLaunchReplacesFirst()
+    {
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+        const TerminalApp warp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, u"warp"_s);
+        launcher.launch(warp, u"ssh a-very-long-first-host-name-indeed"_s);
+        launcher.launch(warp, u"ssh b"_s);
+
+        QVERIFY(readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s).endsWith(u"- exec: \"ssh b\""_s));
+        QCOMPARE(
+            QDir(m_warpDirectory).entryList(QDir::Files | QDir::Hidden), QStringList { u"tarnwick-connect.yaml"_s });
+    }
+
+    void warpDirectoryThatCannotBeMadeIsPlatformError()
+    {
+        QFile blocker(m_dir.filePath(u"blocker"_s));
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.close();
+        const QString directory = blocker.fileName() + u"/launch_configurations"_s;
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, directory);
+
+        try {
+            launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp), u"ssh a"_s);
+            QFAIL("launch succeeded");
+        } catch (const PlatformError& error) {
+            QVERIFY2(error.description().endsWith(directory), qPrintable(error.description()));
+        }
+        QVERIFY(m_platform.calls.isEmpty());
+    }
+
+    void warpFileThatCannotBeWrittenFails()
+    {
+        // The configuration's path is taken by a directory, so the atomic write cannot replace it.
+        QVERIFY(QDir().mkpath(m_warpDirectory + u"/tarnwick-connect.yaml/inner"_s));
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+
+        QCOMPARE(
+            failureOf([&] { launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp), u"ssh"_s); }),
+            u"Warp launch config schrijven mislukt op "_s + m_warpDirectory + u"/tarnwick-connect.yaml."_s);
+        QVERIFY(m_platform.calls.isEmpty());
+        QVERIFY(QFileInfo(m_warpDirectory + u"/tarnwick-connect.yaml/inner"_s).isDir());
+    }
+
+    void warpInvalidUri_data()
+    {
+        QTest::addColumn<QString>("scheme");
+
+        QTest::newRow("empty scheme") << QString();
+        QTest::newRow("blank in scheme") << u"wa rp"_s;
+        QTest::newRow("scheme starts with digit") << u"1warp"_s;
+    }
+
+    void warpInvalidUri()
+    {
+        QFETCH(QString, scheme);
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+        const TerminalApp app(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, scheme);
+
+        QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh a"_s); }),
+            u"Ongeldige URI: "_s + scheme + u"://launch/tarnwick-connect"_s);
+        QVERIFY(m_platform.calls.isEmpty());
+        // The configuration is written before the URI is made.
+        QVERIFY(QFileInfo(m_warpDirectory + u"/tarnwick-connect.yaml"_s).isFile());
+    }
+
+    void warpRefusedUri()
+    {
+        m_platform.uriAccepted = false;
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+        const TerminalApp app(u"dev.warp.Warp-Preview"_s, u"Warp Preview"_s, LaunchMode::warp, u"warppreview"_s);
+
+        QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh a"_s); }),
+            u"Openen van URI mislukt: warppreview://launch/tarnwick-connect"_s);
+        QCOMPARE(m_platform.calls, QStringList { u"uri:warppreview://launch/tarnwick-connect"_s });
+    }
 
     // command-line terminals
-    void commandLineStartsProgramWithScript();
-    void commandLineFailures_data();
-    void commandLineFailures();
+
+    void commandLineStartsProgramWithScript()
+    {
+        TerminalApp app(u"debian-xterm"_s, u"XTerm"_s, LaunchMode::commandLine);
+        app.setCommandPrefix({ u"/usr/bin/xterm"_s, u"-e"_s });
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+
+        QCOMPARE(launcher.launch(app, u"ssh -p 2222 'web 01'"_s), false);
+        const QString script
+            = u"ssh -p 2222 'web 01'\n"
+              u"status=$?\n"
+              u"printf '\\n%s ' \"Verbinding beëindigd (code $status). Druk op Enter om dit venster te "
+              u"sluiten.\"\n"
+              u"read -r _\n"
+              u"exit \"$status\""_s;
+        QCOMPARE(m_platform.calls, QStringList { u"process:/usr/bin/xterm|-e|sh|-c|"_s + script });
+    }
+
+    void commandLineFailures_data()
+    {
+        QTest::addColumn<QStringList>("prefix");
+        QTest::addColumn<bool>("processStarts");
+
+        QTest::newRow("program does not start") << QStringList { u"/usr/bin/xterm"_s, u"-e"_s } << false;
+        QTest::newRow("no program known") << QStringList() << true;
+        QTest::newRow("empty program") << QStringList { QString() } << true;
+    }
+
+    void commandLineFailures()
+    {
+        QFETCH(QStringList, prefix);
+        QFETCH(bool, processStarts);
+        m_platform.processStarts = processStarts;
+        TerminalApp app(u"org.gnome.Terminal"_s, u"Terminal"_s, LaunchMode::commandLine);
+        app.setCommandPrefix(prefix);
+        TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
+
+        QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh a"_s); }),
+            u"Terminal app openen mislukt voor org.gnome.Terminal."_s);
+        QVERIFY(!m_platform.calls.join(u'\n').contains(u"clipboard:"_s));
+    }
 
 private:
     QTemporaryDir m_dir;
     RecordingPlatform m_platform;
     QString m_warpDirectory;
 };
-
-void TestTerminalLauncher::init()
-{
-    m_platform = RecordingPlatform();
-    QVERIFY(m_dir.isValid());
-    // Every test starts without a Warp directory.
-    QVERIFY(QDir(m_dir.path()).removeRecursively());
-    QVERIFY(QDir().mkpath(m_dir.path()));
-    m_warpDirectory = m_dir.filePath(u"home/.warp/launch_configurations"_s);
-}
-
-void TestTerminalLauncher::terminalScriptEscapesTheCommand_data()
-{
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("escaped");
-
-    QTest::newRow("plain command unchanged") << u"ssh web-01"_s << u"ssh web-01"_s;
-    QTest::newRow("double quote") << u"ssh \"my host\""_s << u"ssh \\\"my host\\\""_s;
-    QTest::newRow("backslash doubled") << u"ssh a\\b"_s << u"ssh a\\\\b"_s;
-    QTest::newRow("backslash before quote") << u"x\\\"y"_s << u"x\\\\\\\"y"_s;
-    QTest::newRow("single quotes pass") << u"ssh -p 22 'web 01'"_s << u"ssh -p 22 'web 01'"_s;
-    QTest::newRow("line feed passes") << u"ssh a\nb"_s << u"ssh a\nb"_s;
-    QTest::newRow("non-ascii passes") << u"ssh ümlaut"_s << u"ssh ümlaut"_s;
-}
-
-void TestTerminalLauncher::terminalScriptEscapesTheCommand()
-{
-    QFETCH(QString, command);
-    QFETCH(QString, escaped);
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
-
-    QCOMPARE(launcher.launch(appleTerminal(), command), false);
-    QCOMPARE(m_platform.calls, QStringList { u"script:"_s + terminalScript(escaped) });
-}
-
-void TestTerminalLauncher::iTermScriptIsExact()
-{
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
-    QCOMPARE(launcher.launch(iTerm(), u"ssh \"a\""_s), false);
-
-    const QString expected = u"tell application \"iTerm\"\n"
-                             u"    activate\n"
-                             u"    if (count of windows) = 0 then\n"
-                             u"        create window with default profile\n"
-                             u"    end if\n"
-                             u"    tell current window\n"
-                             u"        create tab with default profile\n"
-                             u"        tell current session to write text \"ssh \\\"a\\\"\"\n"
-                             u"    end tell\n"
-                             u"end tell"_s;
-    QCOMPARE(m_platform.calls, QStringList { u"script:"_s + expected });
-}
-
-void TestTerminalLauncher::scriptFailureIsPassedOn_data()
-{
-    QTest::addColumn<std::shared_ptr<ServiceError>>("error");
-    QTest::addColumn<QString>("description");
-
-    QTest::newRow("other script error") << std::shared_ptr<ServiceError>(
-        new TerminalLaunchError(TerminalLaunchError::appleScriptFailed(u"{NSAppleScriptErrorNumber = -2741;}"_s)))
-                                        << u"Terminalscript mislukt: {NSAppleScriptErrorNumber = -2741;}"_s;
-    QTest::newRow("refusal text in a platform error is no refusal")
-        << std::shared_ptr<ServiceError>(new PlatformError(u"-1743"_s)) << u"-1743"_s;
-    QTest::newRow("refusal text in another case is no refusal")
-        << std::shared_ptr<ServiceError>(new TerminalLaunchError(TerminalLaunchError::launchFailed(u"-1743"_s)))
-        << u"Terminal app openen mislukt voor -1743."_s;
-    QTest::newRow("script initialisation") << std::shared_ptr<ServiceError>(
-        new TerminalLaunchError(TerminalLaunchError::appleScriptFailed(u"Script initialisatie mislukt."_s)))
-                                           << u"Terminalscript mislukt: Script initialisatie mislukt."_s;
-}
-
-void TestTerminalLauncher::scriptFailureIsPassedOn()
-{
-    QFETCH(std::shared_ptr<ServiceError>, error);
-    QFETCH(QString, description);
-    m_platform.scriptError = error;
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
-
-    QCOMPARE(failureOf([&] { launcher.launch(appleTerminal(), u"ssh web"_s); }), description);
-    QCOMPARE(m_platform.calls.size(), 1);
-    QVERIFY(m_platform.calls.constFirst().startsWith(u"script:"_s));
-}
-
-void TestTerminalLauncher::refusalFallsBackToClipboard_data()
-{
-    QTest::addColumn<TerminalApp>("app");
-    QTest::addColumn<QString>("message");
-
-    QTest::newRow("not authorized, mixed case")
-        << appleTerminal() << u"Tarnwick is Not Authorized To Send Apple Events to Terminal."_s;
-    QTest::newRow("quoted error number") << appleTerminal() << u"{\n    NSAppleScriptErrorNumber = \"-1743\";\n}"_s;
-    QTest::newRow("bare error number") << iTerm() << u"{ NSAppleScriptErrorNumber = -1743; }"_s;
-    QTest::newRow("number anywhere") << iTerm() << u"error -1743 happened"_s;
-}
-
-void TestTerminalLauncher::refusalFallsBackToClipboard()
-{
-    QFETCH(TerminalApp, app);
-    QFETCH(QString, message);
-    m_platform.scriptError = std::make_shared<TerminalLaunchError>(TerminalLaunchError::appleScriptFailed(message));
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
-
-    QCOMPARE(launcher.launch(app, u"ssh \"q\" a\\b"_s), true);
-    QCOMPARE(m_platform.calls.size(), 3);
-    QVERIFY(m_platform.calls[0].startsWith(u"script:"_s));
-    QCOMPARE(m_platform.calls[1], u"open:"_s + app.bundleIdentifier());
-    QCOMPARE(m_platform.calls[2], u"clipboard:ssh \"q\" a\\b"_s);
-}
-
-void TestTerminalLauncher::refusalWithFailingOpenerKeepsClipboard_data()
-{
-    QTest::addColumn<std::shared_ptr<ServiceError>>("openError");
-    QTest::addColumn<QString>("description");
-
-    QTest::newRow("open exits non-zero") << std::shared_ptr<ServiceError>(
-        new TerminalLaunchError(TerminalLaunchError::launchFailed(terminalId)))
-                                         << u"Terminal app openen mislukt voor com.apple.Terminal."_s;
-    QTest::newRow("open cannot start") << std::shared_ptr<ServiceError>(
-        new PlatformError(u"No such file or directory"_s))
-                                       << u"No such file or directory"_s;
-}
-
-void TestTerminalLauncher::refusalWithFailingOpenerKeepsClipboard()
-{
-    QFETCH(std::shared_ptr<ServiceError>, openError);
-    QFETCH(QString, description);
-    m_platform.scriptError = std::make_shared<TerminalLaunchError>(TerminalLaunchError::appleScriptFailed(u"-1743"_s));
-    m_platform.openError = openError;
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
-
-    QCOMPARE(failureOf([&] { launcher.launch(appleTerminal(), u"ssh web"_s); }), description);
-    QCOMPARE(m_platform.calls.size(), 2);
-    QCOMPARE(m_platform.calls[1], u"open:"_s + terminalId);
-}
-
-void TestTerminalLauncher::missingScriptRunnerFails()
-{
-    TerminalLauncher launcher({}, {}, {}, {}, {});
-    QCOMPARE(failureOf([&] { launcher.launch(iTerm(), u"ssh web"_s); }),
-        u"Terminalscript mislukt: Geen scriptomgeving beschikbaar."_s);
-}
-
-void TestTerminalLauncher::genericOpensThenCopies()
-{
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
-    const TerminalApp app(u"com.example.Term"_s, u"Term"_s, LaunchMode::generic);
-
-    QCOMPARE(launcher.launch(app, u"ssh \"x\""_s), true);
-    QCOMPARE(m_platform.calls, (QStringList { u"open:com.example.Term"_s, u"clipboard:ssh \"x\""_s }));
-}
-
-void TestTerminalLauncher::genericWithFailingOpenerKeepsClipboard()
-{
-    m_platform.openError
-        = std::make_shared<TerminalLaunchError>(TerminalLaunchError::launchFailed(u"com.example.Term"_s));
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
-    const TerminalApp app(u"com.example.Term"_s, u"Term"_s, LaunchMode::generic);
-
-    QCOMPARE(
-        failureOf([&] { launcher.launch(app, u"ssh x"_s); }), u"Terminal app openen mislukt voor com.example.Term."_s);
-    QCOMPARE(m_platform.calls, QStringList { u"open:com.example.Term"_s });
-}
-
-void TestTerminalLauncher::warpWritesConfigurationAndOpensUri_data()
-{
-    QTest::addColumn<std::optional<QString>>("scheme");
-    QTest::addColumn<QString>("uri");
-
-    QTest::newRow("warp") << std::optional<QString>(u"warp"_s) << u"warp://launch/tarnwick-connect"_s;
-    QTest::newRow("preview") << std::optional<QString>(u"warppreview"_s) << u"warppreview://launch/tarnwick-connect"_s;
-    QTest::newRow("no scheme means warp") << std::optional<QString>() << u"warp://launch/tarnwick-connect"_s;
-}
-
-void TestTerminalLauncher::warpWritesConfigurationAndOpensUri()
-{
-    QFETCH(std::optional<QString>, scheme);
-    QFETCH(QString, uri);
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
-
-    QCOMPARE(
-        launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, scheme), u"ssh -p 2222 web-01"_s),
-        false);
-    QCOMPARE(m_platform.calls, QStringList { u"uri:"_s + uri });
-    const QString expected = u"---\n"
-                             u"name: Tarnwick Connect\n"
-                             u"windows:\n"
-                             u"  - tabs:\n"
-                             u"      - title: SSH Connect\n"
-                             u"        layout:\n"
-                             u"          cwd: \"/home/user\"\n"
-                             u"          commands:\n"
-                             u"            - exec: \"ssh -p 2222 web-01\""_s;
-    QCOMPARE(readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s), expected);
-}
-
-void TestTerminalLauncher::warpEscapesHomeAndCommand()
-{
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/Jan \"JJ\" de\\Vries"_s, m_warpDirectory);
-    launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, u"warp"_s), u"ssh 'a\"b'"_s);
-
-    const QString content = readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s);
-    QVERIFY2(content.contains(u"\n          cwd: \"/home/Jan \\\"JJ\\\" de\\\\Vries\"\n"_s), qPrintable(content));
-    QVERIFY2(content.endsWith(u"\n            - exec: \"ssh 'a\\\"b'\""_s), qPrintable(content));
-}
-
-void TestTerminalLauncher::secondWarpLaunchReplacesFirst()
-{
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
-    const TerminalApp warp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, u"warp"_s);
-    launcher.launch(warp, u"ssh a-very-long-first-host-name-indeed"_s);
-    launcher.launch(warp, u"ssh b"_s);
-
-    QVERIFY(readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s).endsWith(u"- exec: \"ssh b\""_s));
-    QCOMPARE(QDir(m_warpDirectory).entryList(QDir::Files | QDir::Hidden), QStringList { u"tarnwick-connect.yaml"_s });
-}
-
-void TestTerminalLauncher::warpCreatesMissingDirectories()
-{
-    QVERIFY(!QFileInfo::exists(QFileInfo(m_warpDirectory).path()));
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
-    launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp), u"ssh a"_s);
-    QVERIFY(QFileInfo(m_warpDirectory + u"/tarnwick-connect.yaml"_s).isFile());
-}
-
-void TestTerminalLauncher::warpDirectoryThatCannotBeMadeIsPlatformError()
-{
-    QFile blocker(m_dir.filePath(u"blocker"_s));
-    QVERIFY(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
-    const QString directory = blocker.fileName() + u"/launch_configurations"_s;
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, directory);
-
-    try {
-        launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp), u"ssh a"_s);
-        QFAIL("launch succeeded");
-    } catch (const PlatformError& error) {
-        QVERIFY2(error.description().endsWith(directory), qPrintable(error.description()));
-    }
-    QVERIFY(m_platform.calls.isEmpty());
-}
-
-void TestTerminalLauncher::warpFileThatCannotBeWrittenFails()
-{
-    // The configuration's path is taken by a directory, so the atomic write cannot replace it.
-    QVERIFY(QDir().mkpath(m_warpDirectory + u"/tarnwick-connect.yaml/inner"_s));
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
-
-    QCOMPARE(
-        failureOf([&] { launcher.launch(TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp), u"ssh"_s); }),
-        u"Warp launch config schrijven mislukt op "_s + m_warpDirectory + u"/tarnwick-connect.yaml."_s);
-    QVERIFY(m_platform.calls.isEmpty());
-    QVERIFY(QFileInfo(m_warpDirectory + u"/tarnwick-connect.yaml/inner"_s).isDir());
-}
-
-void TestTerminalLauncher::warpInvalidUri_data()
-{
-    QTest::addColumn<QString>("scheme");
-
-    QTest::newRow("empty scheme") << QString();
-    QTest::newRow("blank in scheme") << u"wa rp"_s;
-    QTest::newRow("scheme starts with digit") << u"1warp"_s;
-}
-
-void TestTerminalLauncher::warpInvalidUri()
-{
-    QFETCH(QString, scheme);
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
-    const TerminalApp app(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, scheme);
-
-    QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh a"_s); }),
-        u"Ongeldige URI: "_s + scheme + u"://launch/tarnwick-connect"_s);
-    QVERIFY(m_platform.calls.isEmpty());
-    // The configuration is written before the URI is made.
-    QVERIFY(QFileInfo(m_warpDirectory + u"/tarnwick-connect.yaml"_s).isFile());
-}
-
-void TestTerminalLauncher::warpRefusedUri()
-{
-    m_platform.uriAccepted = false;
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
-    const TerminalApp app(u"dev.warp.Warp-Preview"_s, u"Warp Preview"_s, LaunchMode::warp, u"warppreview"_s);
-
-    QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh a"_s); }),
-        u"Openen van URI mislukt: warppreview://launch/tarnwick-connect"_s);
-    QCOMPARE(m_platform.calls, QStringList { u"uri:warppreview://launch/tarnwick-connect"_s });
-}
-
-void TestTerminalLauncher::commandLineStartsProgramWithScript()
-{
-    TerminalApp app(u"debian-xterm"_s, u"XTerm"_s, LaunchMode::commandLine);
-    app.setCommandPrefix({ u"/usr/bin/xterm"_s, u"-e"_s });
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
-
-    QCOMPARE(launcher.launch(app, u"ssh -p 2222 'web 01'"_s), false);
-    const QString script = u"ssh -p 2222 'web 01'\n"
-                           u"status=$?\n"
-                           u"printf '\\n%s ' \"Verbinding beëindigd (code $status). Druk op Enter om dit venster te "
-                           u"sluiten.\"\n"
-                           u"read -r _\n"
-                           u"exit \"$status\""_s;
-    QCOMPARE(m_platform.calls, QStringList { u"process:/usr/bin/xterm|-e|sh|-c|"_s + script });
-}
-
-void TestTerminalLauncher::commandLineFailures_data()
-{
-    QTest::addColumn<QStringList>("prefix");
-    QTest::addColumn<bool>("processStarts");
-
-    QTest::newRow("program does not start") << QStringList { u"/usr/bin/xterm"_s, u"-e"_s } << false;
-    QTest::newRow("no program known") << QStringList() << true;
-    QTest::newRow("empty program") << QStringList { QString() } << true;
-}
-
-void TestTerminalLauncher::commandLineFailures()
-{
-    QFETCH(QStringList, prefix);
-    QFETCH(bool, processStarts);
-    m_platform.processStarts = processStarts;
-    TerminalApp app(u"org.gnome.Terminal"_s, u"Terminal"_s, LaunchMode::commandLine);
-    app.setCommandPrefix(prefix);
-    TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, m_warpDirectory);
-
-    QCOMPARE(failureOf([&] { launcher.launch(app, u"ssh a"_s); }),
-        u"Terminal app openen mislukt voor org.gnome.Terminal."_s);
-    QVERIFY(!m_platform.calls.join(u'\n').contains(u"clipboard:"_s));
-}
 
 QTEST_GUILESS_MAIN(TestTerminalLauncher)
 #include "test_terminal_launcher.moc"

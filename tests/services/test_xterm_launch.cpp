@@ -73,56 +73,55 @@ class TestXtermLaunch : public QObject
     Q_OBJECT
 
 private slots:
-    void xtermRunsTheCommandAndKeepsTheSessionOpen();
+    void xtermRunsTheCommandAndKeepsTheSessionOpen()
+    {
+        const QString xvfb = QStandardPaths::findExecutable(u"Xvfb"_s);
+        const QString xterm = QStandardPaths::findExecutable(u"xterm"_s);
+        if (xvfb.isEmpty() || xterm.isEmpty())
+            QSKIP("Xvfb or xterm is not installed");
+
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        PrivateXServer server;
+        const QString display = server.start(xvfb);
+        QVERIFY2(!display.isEmpty(), "no X display could be started");
+        const bool hadDisplay = qEnvironmentVariableIsSet("DISPLAY");
+        const QByteArray savedDisplay = qgetenv("DISPLAY");
+        qputenv("DISPLAY", display.toUtf8());
+        const auto restoreDisplay = qScopeGuard([&] {
+            if (hadDisplay)
+                qputenv("DISPLAY", savedDisplay);
+            else
+                qunsetenv("DISPLAY");
+        });
+
+        qint64 terminalId = 0;
+        TerminalLauncher launcher({}, {}, {}, {}, {}, [&](const QString& program, const QStringList& arguments) {
+            return startDetachedProcessReportingId(program, arguments, &terminalId);
+        });
+        TerminalApp app(u"debian-xterm"_s, u"XTerm"_s, TerminalApp::LaunchMode::commandLine);
+        app.setCommandPrefix({ xterm, u"-e"_s });
+        const QString marker = dir.filePath(u"marker"_s);
+        // Quoted as the view model quotes a host: one word for the shell, whatever the path holds.
+        const QString command = u"printf '%s' \"$0 ran\" > '"_s + marker + u"'"_s;
+
+        const bool onClipboard = launcher.launch(app, command);
+        const auto stopTerminal = qScopeGuard([&] {
+            if (terminalId > 0)
+                ::kill(static_cast<pid_t>(terminalId), SIGTERM);
+        });
+        QCOMPARE(onClipboard, false);
+        QVERIFY(terminalId > 0);
+
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(marker).size() > 0, 60000);
+        QFile file(marker);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("sh ran"));
+        // The session waits for Enter after the command, so the window is still there to be read.
+        QCOMPARE(::kill(static_cast<pid_t>(terminalId), 0), 0);
+    }
+
 };
-
-void TestXtermLaunch::xtermRunsTheCommandAndKeepsTheSessionOpen()
-{
-    const QString xvfb = QStandardPaths::findExecutable(u"Xvfb"_s);
-    const QString xterm = QStandardPaths::findExecutable(u"xterm"_s);
-    if (xvfb.isEmpty() || xterm.isEmpty())
-        QSKIP("Xvfb or xterm is not installed");
-
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    PrivateXServer server;
-    const QString display = server.start(xvfb);
-    QVERIFY2(!display.isEmpty(), "no X display could be started");
-    const bool hadDisplay = qEnvironmentVariableIsSet("DISPLAY");
-    const QByteArray savedDisplay = qgetenv("DISPLAY");
-    qputenv("DISPLAY", display.toUtf8());
-    const auto restoreDisplay = qScopeGuard([&] {
-        if (hadDisplay)
-            qputenv("DISPLAY", savedDisplay);
-        else
-            qunsetenv("DISPLAY");
-    });
-
-    qint64 terminalId = 0;
-    TerminalLauncher launcher({}, {}, {}, {}, {}, [&](const QString& program, const QStringList& arguments) {
-        return startDetachedProcessReportingId(program, arguments, &terminalId);
-    });
-    TerminalApp app(u"debian-xterm"_s, u"XTerm"_s, TerminalApp::LaunchMode::commandLine);
-    app.setCommandPrefix({ xterm, u"-e"_s });
-    const QString marker = dir.filePath(u"marker"_s);
-    // Quoted as the view model quotes a host: one word for the shell, whatever the path holds.
-    const QString command = u"printf '%s' \"$0 ran\" > '"_s + marker + u"'"_s;
-
-    const bool onClipboard = launcher.launch(app, command);
-    const auto stopTerminal = qScopeGuard([&] {
-        if (terminalId > 0)
-            ::kill(static_cast<pid_t>(terminalId), SIGTERM);
-    });
-    QCOMPARE(onClipboard, false);
-    QVERIFY(terminalId > 0);
-
-    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(marker).size() > 0, 60000);
-    QFile file(marker);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("sh ran"));
-    // The session waits for Enter after the command, so the window is still there to be read.
-    QCOMPARE(::kill(static_cast<pid_t>(terminalId), 0), 0);
-}
 
 QTEST_GUILESS_MAIN(TestXtermLaunch)
 #include "test_xterm_launch.moc"

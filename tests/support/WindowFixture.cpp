@@ -1,6 +1,7 @@
 #include "WindowFixture.h"
 
 #include "SSHFileService.h"
+#include "ServiceError.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,8 +17,10 @@ QList<TerminalApp> ScriptedTerminalDiscovery::discoverTerminalApps() const
 
 bool RecordingLauncher::launch(const TerminalApp& app, const QString& command)
 {
-    launches.append({app.bundleIdentifier(), command});
-    return false;
+    calls.append({app, command});
+    if (failure)
+        throw PlatformError(*failure);
+    return putsOnClipboard;
 }
 
 WindowFixture::WindowFixture()
@@ -25,8 +28,8 @@ WindowFixture::WindowFixture()
     , launcher(std::make_shared<RecordingLauncher>())
     , defaults(std::make_shared<InMemoryUserDefaultsStore>())
 {
-    discovery->apps = {
-        TerminalApp(u"com.apple.Terminal"_s, u"Terminal"_s, TerminalApp::LaunchMode::appleTerminal)};
+    discovery->apps = {TerminalApp(u"com.apple.Terminal"_s, u"Terminal"_s, TerminalApp::LaunchMode::appleTerminal),
+                       TerminalApp(u"com.googlecode.iterm2"_s, u"iTerm2"_s, TerminalApp::LaunchMode::iTerm2)};
 }
 
 QString WindowFixture::configPath() const
@@ -67,7 +70,12 @@ SSHConfigViewModel& WindowFixture::make(const QString& config, const QString& kn
         writeText(configPath(), config);
     if (!knownHosts.isEmpty())
         writeText(knownHostsPath(), knownHosts);
-    auto files = std::make_shared<SSHFileService>(configPath(), knownHostsPath());
+    return make(FileManager());
+}
+
+SSHConfigViewModel& WindowFixture::make(FileManager fileManager)
+{
+    auto files = std::make_shared<SSHFileService>(configPath(), knownHostsPath(), std::move(fileManager));
     m_viewModel = std::make_unique<SSHConfigViewModel>(files, discovery, launcher, defaults);
     return *m_viewModel;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileManager.h"
 #include "SSHConfigViewModel.h"
 #include "TerminalDiscovering.h"
 #include "TerminalLaunching.h"
@@ -9,8 +10,10 @@
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <memory>
+#include <optional>
 
 /// A discovery that answers a fixed list of terminals and counts how often it was asked.
 class ScriptedTerminalDiscovery final : public TerminalDiscovering
@@ -22,18 +25,27 @@ public:
     mutable int calls = 0;
 };
 
-/// A launcher that records every command instead of starting a terminal.
+/// A launcher that records every launch instead of starting a terminal; it answers putsOnClipboard, or
+/// throws a PlatformError with failure when one is set.
 class RecordingLauncher final : public TerminalLaunching
 {
 public:
+    struct Call
+    {
+        TerminalApp app;
+        QString command;
+    };
+
     bool launch(const TerminalApp& app, const QString& command) override;
 
-    QList<QPair<QString, QString>> launches; // bundle identifier, command
+    QList<Call> calls;
+    bool putsOnClipboard = false;
+    std::optional<QString> failure;
 };
 
 /// A view model over real files in a temporary directory (".ssh/config" and ".ssh/known_hosts" in it),
-/// with a scripted discovery offering Terminal, a recording launcher and an in-memory preference store.
-/// Write the files, then call make(); the view model loads them as it is built.
+/// with a scripted discovery offering Terminal and iTerm2, a recording launcher and an in-memory
+/// preference store. Write the files, then call make(); the view model loads them as it is built.
 class WindowFixture
 {
 public:
@@ -48,8 +60,13 @@ public:
     /// The names of the backups beside path ("<name>.backup-..."), sorted.
     static QStringList backupsOf(const QString& path);
 
+    void writeConfig(const QString& text) const { QVERIFY(writeText(configPath(), text)); }
+    void writeKnownHosts(const QString& text) const { QVERIFY(writeText(knownHostsPath(), text)); }
+
     /// Writes the two texts (an empty one is not written) and builds the view model on them.
-    SSHConfigViewModel& make(const QString& config, const QString& knownHosts = QString());
+    SSHConfigViewModel& make(const QString& config = QString(), const QString& knownHosts = QString());
+    /// Builds the view model on the files as they are, writing through fileManager.
+    SSHConfigViewModel& make(FileManager fileManager);
     SSHConfigViewModel& viewModel() const { return *m_viewModel; }
 
     /// A realistic config: an Include line, three groups over three hosts, a disabled host and a wildcard.

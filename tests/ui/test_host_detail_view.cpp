@@ -4,6 +4,7 @@
 #include "HostDetailRules.h"
 #include "HostDetailView.h"
 #include "SSHConfigViewModel.h"
+#include "WidgetHelpers.h"
 #include "WindowFixture.h"
 
 #include <QCheckBox>
@@ -50,15 +51,6 @@ struct Fixture
     WindowFixture files;
     SSHConfigViewModel* viewModel;
 };
-
-template <typename T>
-T* child(QWidget& view, const QString& name)
-{
-    T* widget = view.findChild<T*>(name);
-    if (!widget)
-        qFatal("no widget named %s", qPrintable(name));
-    return widget;
-}
 
 // Replaces a field's whole text the way a user does: select all, then type (or delete).
 void retype(QLineEdit* field, const QString& text)
@@ -132,12 +124,7 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("patterns");
         QTest::addColumn<QString>("shownAfterwards");
         QTest::newRow("two blanks between") << u"web  db"_s << QStringList{u"web"_s, u"db"_s} << u"web db"_s;
-        QTest::newRow("blanks at both ends") << u"  web  "_s << QStringList{u"web"_s} << u"web"_s;
-        QTest::newRow("three patterns") << u"a b  c"_s << QStringList{u"a"_s, u"b"_s, u"c"_s} << u"a b c"_s;
         QTest::newRow("cleared gives star") << QString() << QStringList{u"*"_s} << u"*"_s;
-        QTest::newRow("blanks only give star") << u"   "_s << QStringList{u"*"_s} << u"*"_s;
-        QTest::newRow("wildcards kept") << u"*.prod !bastion"_s << QStringList{u"*.prod"_s, u"!bastion"_s}
-                                        << u"*.prod !bastion"_s;
     }
     void patternsField()
     {
@@ -159,10 +146,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("shownAfterwards");
         QTest::newRow("blank, empty piece, trailing comma")
             << u" werk,, klanten,"_s << QStringList{u"werk"_s, u"klanten"_s} << u"werk, klanten"_s;
-        QTest::newRow("duplicates and case kept")
-            << u"a,A, a"_s << QStringList{u"a"_s, u"A"_s, u"a"_s} << u"a, A, a"_s;
-        QTest::newRow("inner blanks kept") << u"mijn klanten"_s << QStringList{u"mijn klanten"_s}
-                                           << u"mijn klanten"_s;
         QTest::newRow("cleared gives no groups") << QString() << QStringList() << QString();
     }
     void groupsField()
@@ -199,9 +182,17 @@ private Q_SLOTS:
         QCOMPARE(m_fixture->selected().patterns, (QStringList{u"db"_s, u"db2"_s}));
 
         auto* port = child<QLineEdit>(*m_view, u"optionField_Port"_s);
-        retype(port, u" 2222 "_s);
-        QCOMPARE(port->text(), u" 2222 "_s);
-        QCOMPARE(HostDetailRules::optionValue(m_fixture->selected(), u"Port"_s), u"2222"_s);
+        retype(port, u"2222"_s);
+        QTest::keyClick(port, Qt::Key_Home);
+        QTest::keyClicks(port, u"  "_s);
+        QTest::keyClick(port, Qt::Key_End);
+        QTest::keyClicks(port, u"  "_s);
+        QCOMPARE(port->text(), u"  2222  "_s);
+        // Stored trimmed, in the option's own place; the field shows the stored text once editing ends.
+        QCOMPARE(optionLines(m_fixture->selected()),
+                 (QStringList{u"hostname=foo"_s, u"User=first"_s, u"User=second"_s, u"Port=2222"_s, u"<blank>"_s}));
+        QTest::keyClick(port, Qt::Key_Return);
+        QCOMPARE(port->text(), u"2222"_s);
     }
 
     void hostActiefToggle()
@@ -232,9 +223,6 @@ private Q_SLOTS:
             << QStringList{u"HostName=bar"_s, u"User=first"_s, u"User=second"_s, u"Port=22"_s, blank} << u"bar"_s;
         QTest::newRow("cleared removes the option")
             << u"Port"_s << QString() << QStringList{u"hostname=foo"_s, u"User=first"_s, u"User=second"_s, blank}
-            << QString();
-        QTest::newRow("blanks only remove the option")
-            << u"Port"_s << u"   "_s << QStringList{u"hostname=foo"_s, u"User=first"_s, u"User=second"_s, blank}
             << QString();
         QTest::newRow("only the first of two is changed")
             << u"User"_s << u"root"_s
@@ -267,21 +255,6 @@ private Q_SLOTS:
         QTest::keyClick(field, Qt::Key_Return);
         QCOMPARE(field->text(), shownAfterwards);
         QCOMPARE(HostDetailRules::extraOptions(edited), extrasBefore);
-    }
-
-    void valueIsStoredTrimmedInPlace()
-    {
-        auto* port = child<QLineEdit>(*m_view, u"optionField_Port"_s);
-        retype(port, u"2222"_s);
-        QTest::keyClick(port, Qt::Key_Home);
-        QTest::keyClicks(port, u"  "_s);
-        QTest::keyClick(port, Qt::Key_End);
-        QTest::keyClicks(port, u"  "_s);
-        QCOMPARE(port->text(), u"  2222  "_s);
-        QCOMPARE(optionLines(m_fixture->selected()),
-                 (QStringList{u"hostname=foo"_s, u"User=first"_s, u"User=second"_s, u"Port=2222"_s, u"<blank>"_s}));
-        QTest::keyClick(port, Qt::Key_Return);
-        QCOMPARE(port->text(), u"2222"_s);
     }
 
     void emptyFieldTypedAndClearedAgain()

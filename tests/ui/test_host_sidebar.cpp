@@ -7,6 +7,7 @@
 #include "KnownHostsSummaryView.h"
 #include "MainStatusBar.h"
 #include "MainWindow.h"
+#include "WidgetHelpers.h"
 #include "WindowFixture.h"
 
 #include <QComboBox>
@@ -20,31 +21,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-template <typename T>
-T* child(const QWidget& parent, const QString& name)
-{
-    T* found = parent.findChild<T*>(name);
-    if (!found)
-        qWarning("no child named %s", qPrintable(name));
-    return found;
-}
-
-QStringList listedHosts(const QListView& list)
-{
-    QStringList names;
-    for (int row = 0; row < list.model()->rowCount(); ++row)
-        names.append(list.model()->index(row, 0).data().toString());
-    return names;
-}
-
-QStringList comboItems(const QComboBox& combo)
-{
-    QStringList items;
-    for (int i = 0; i < combo.count(); ++i)
-        items.append(combo.itemText(i));
-    return items;
-}
-
 const QString reorderOn = u"Reorder is actief (geen filters)."_s;
 const QString reorderOff = u"Reorder uitgeschakeld door zoekfilter/groepfilter."_s;
 } // namespace
@@ -55,281 +31,238 @@ class TestHostSidebar : public QObject
 
 private Q_SLOTS:
     // Host list
-    void listShowsEveryHostInDocumentOrder();
-    void rowsShowDotPatternAndGroups_data();
-    void rowsShowDotPatternAndGroups();
-    void dropPositionsFollowThePointer();
+
+    void listShowsEveryHostInDocumentOrder()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
+        HostSidebarView sidebar(viewModel);
+        auto* list = child<HostListView>(sidebar, u"hostList"_s);
+        QCOMPARE(rowTexts(*list->model()), QStringList({u"web-1"_s, u"db-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s}));
+        QVERIFY(list->uniformItemSizes());
+        QCOMPARE(list->currentIndex().row(), 0);
+        QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorderOn);
+        QCOMPARE(child<QLineEdit>(sidebar, u"hostSearchField"_s)->placeholderText(),
+                 u"Search hosts / options / groups"_s);
+        QCOMPARE(child<QPushButton>(sidebar, u"newGroupButton"_s)->text(), u"Nieuwe groep"_s);
+    }
+
+    void rowsShowDotPatternAndGroups_data()
+    {
+        QTest::addColumn<QString>("config");
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("groups");
+        QTest::addColumn<QColor>("dot");
+        QTest::newRow("enabled host with groups")
+            << u"# Group: werk, klanten\nHost web\n  HostName w\n"_s << u"web"_s << u"werk, klanten"_s
+            << HostRowDelegate::dotColour(true);
+        QTest::newRow("disabled host without groups")
+            << u"# Host old\n#   HostName o\n"_s << u"old"_s << QString() << HostRowDelegate::dotColour(false);
+    }
+
+    void rowsShowDotPatternAndGroups()
+    {
+        QFETCH(QString, config);
+        QFETCH(QString, title);
+        QFETCH(QString, groups);
+        QFETCH(QColor, dot);
+        WindowFixture fixture;
+        HostSidebarView sidebar(fixture.make(config));
+        sidebar.resize(300, 400);
+        auto* list = child<HostListView>(sidebar, u"hostList"_s);
+        const QModelIndex row = list->model()->index(0, 0);
+        QCOMPARE(row.data().toString(), title);
+        QCOMPARE(row.data(HostListModel::GroupsTextRole).toString(), groups);
+
+        // Paint the row unselected and look for the dot's colour at its left.
+        list->selectionModel()->clear();
+        QImage image(300, 60, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::white);
+        QStyleOptionViewItem option;
+        option.initFrom(list);
+        option.rect = QRect(QPoint(0, 0), list->itemDelegate()->sizeHint(option, row));
+        option.state &= ~QStyle::State_Selected;
+        {
+            QPainter painter(&image);
+            list->itemDelegate()->paint(&painter, option, row);
+        }
+        bool found = false;
+        for (int y = 0; y < option.rect.height() && !found; ++y) {
+            for (int x = 0; x < 20 && !found; ++x)
+                found = image.pixelColor(x, y) == dot;
+        }
+        QVERIFY2(found, qPrintable(dot.name()));
+    }
+
+    void dropPositionsFollowThePointer()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
+        HostSidebarView sidebar(viewModel);
+        sidebar.resize(300, 600);
+        sidebar.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&sidebar));
+        auto* list = child<HostListView>(sidebar, u"hostList"_s);
+        const QRect second = list->visualRect(list->model()->index(1, 0));
+        QCOMPARE(list->dropPosition(second.topLeft() + QPoint(4, 2)), 1);
+        QCOMPARE(list->dropPosition(second.bottomLeft() + QPoint(4, -2)), 2);
+        const QRect last = list->visualRect(list->model()->index(4, 0));
+        QCOMPARE(list->dropPosition(last.bottomLeft() + QPoint(4, 20)), 5);
+
+        // What a drop does with those positions: the second host goes to the end.
+        viewModel.moveHosts({1}, list->dropPosition(last.bottomLeft() + QPoint(4, 20)));
+        QCOMPARE(rowTexts(*list->model()), QStringList({u"web-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s, u"db-1"_s}));
+    }
 
     // Search and group filter
-    void searchNarrowsTheList_data();
-    void searchNarrowsTheList();
-    void searchFieldFollowsTheViewModel();
-    void groupPickerNarrowsTheList();
-    void groupPickerFollowsNewGroups();
 
-    // Group sheet
-    void groupSheetRefusesABlankName();
-    void groupSheetCreatesAndFiltersByANewGroup();
-    void groupSheetCancelChangesNothing();
-
-    // known_hosts summary
-    void knownHostsSummaryCountsEntriesAndErrors();
-};
-
-void TestHostSidebar::listShowsEveryHostInDocumentOrder()
-{
-    WindowFixture fixture;
-    SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
-    HostSidebarView sidebar(viewModel);
-    auto* list = child<HostListView>(sidebar, u"hostList"_s);
-    QCOMPARE(listedHosts(*list), QStringList({u"web-1"_s, u"db-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s}));
-    QVERIFY(list->uniformItemSizes());
-    QCOMPARE(list->currentIndex().row(), 0);
-    QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorderOn);
-    QCOMPARE(child<QLineEdit>(sidebar, u"hostSearchField"_s)->placeholderText(),
-             u"Search hosts / options / groups"_s);
-    QCOMPARE(child<QPushButton>(sidebar, u"newGroupButton"_s)->text(), u"Nieuwe groep"_s);
-}
-
-void TestHostSidebar::rowsShowDotPatternAndGroups_data()
-{
-    QTest::addColumn<QString>("config");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("groups");
-    QTest::addColumn<QColor>("dot");
-    QTest::newRow("enabled host with groups")
-        << u"# Group: werk, klanten\nHost web\n  HostName w\n"_s << u"web"_s << u"werk, klanten"_s
-        << HostRowDelegate::dotColour(true);
-    QTest::newRow("disabled host without groups")
-        << u"# Host old\n#   HostName o\n"_s << u"old"_s << QString() << HostRowDelegate::dotColour(false);
-}
-
-void TestHostSidebar::rowsShowDotPatternAndGroups()
-{
-    QFETCH(QString, config);
-    QFETCH(QString, title);
-    QFETCH(QString, groups);
-    QFETCH(QColor, dot);
-    WindowFixture fixture;
-    HostSidebarView sidebar(fixture.make(config));
-    sidebar.resize(300, 400);
-    auto* list = child<HostListView>(sidebar, u"hostList"_s);
-    const QModelIndex row = list->model()->index(0, 0);
-    QCOMPARE(row.data().toString(), title);
-    QCOMPARE(row.data(HostListModel::GroupsTextRole).toString(), groups);
-
-    // Paint the row unselected and look for the dot's colour at its left.
-    list->selectionModel()->clear();
-    QImage image(300, 60, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::white);
-    QStyleOptionViewItem option;
-    option.initFrom(list);
-    option.rect = QRect(QPoint(0, 0), list->itemDelegate()->sizeHint(option, row));
-    option.state &= ~QStyle::State_Selected;
+    void searchNarrowsTheList_data()
     {
-        QPainter painter(&image);
-        list->itemDelegate()->paint(&painter, option, row);
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QStringList>("listed");
+        QTest::addColumn<bool>("reorder");
+        const QStringList all{u"web-1"_s, u"db-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s};
+        QTest::newRow("pattern") << u"acme"_s << QStringList{u"klant-acme"_s} << false;
+        QTest::newRow("nothing matches") << u"zzz"_s << QStringList{} << false;
+        QTest::newRow("blanks only count as no search") << u"   "_s << all << true;
     }
-    bool found = false;
-    for (int y = 0; y < option.rect.height() && !found; ++y) {
-        for (int x = 0; x < 20 && !found; ++x)
-            found = image.pixelColor(x, y) == dot;
+
+    void searchNarrowsTheList()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QStringList, listed);
+        QFETCH(bool, reorder);
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
+        HostSidebarView sidebar(viewModel);
+        QTest::keyClicks(child<QLineEdit>(sidebar, u"hostSearchField"_s), typed);
+        QCOMPARE(viewModel.searchText(), typed);
+        QCOMPARE(rowTexts(*child<HostListView>(sidebar, u"hostList"_s)->model()), listed);
+        QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorder ? reorderOn : reorderOff);
+        QCOMPARE(viewModel.canReorderHosts(), reorder);
     }
-    QVERIFY2(found, qPrintable(dot.name()));
-}
 
-void TestHostSidebar::dropPositionsFollowThePointer()
-{
-    WindowFixture fixture;
-    SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
-    HostSidebarView sidebar(viewModel);
-    sidebar.resize(300, 600);
-    sidebar.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&sidebar));
-    auto* list = child<HostListView>(sidebar, u"hostList"_s);
-    const QRect second = list->visualRect(list->model()->index(1, 0));
-    QCOMPARE(list->dropPosition(second.topLeft() + QPoint(4, 2)), 1);
-    QCOMPARE(list->dropPosition(second.bottomLeft() + QPoint(4, -2)), 2);
-    const QRect last = list->visualRect(list->model()->index(4, 0));
-    QCOMPARE(list->dropPosition(last.bottomLeft() + QPoint(4, 20)), 5);
+    void searchFieldFollowsTheViewModel()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
+        HostSidebarView first(viewModel);
+        HostSidebarView second(viewModel);
+        auto* firstField = child<QLineEdit>(first, u"hostSearchField"_s);
+        QTest::keyClicks(firstField, u"web"_s);
+        QCOMPARE(child<QLineEdit>(second, u"hostSearchField"_s)->text(), u"web"_s);
+        // The field being typed in keeps its caret: it is not written back.
+        QCOMPARE(firstField->cursorPosition(), 3);
+        viewModel.setSearchText(QString());
+        QCOMPARE(firstField->text(), QString());
+        QCOMPARE(rowTexts(*child<HostListView>(second, u"hostList"_s)->model()).size(), 5);
+    }
 
-    // What a drop does with those positions: the second host goes to the end.
-    viewModel.moveHosts({1}, list->dropPosition(last.bottomLeft() + QPoint(4, 20)));
-    QCOMPARE(listedHosts(*list), QStringList({u"web-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s, u"db-1"_s}));
-}
+    void groupPickerNarrowsTheList()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
+        HostSidebarView sidebar(viewModel);
+        auto* picker = child<QComboBox>(sidebar, u"groupPicker"_s);
+        QCOMPARE(comboItems(*picker), QStringList({u"All"_s, u"klanten"_s, u"productie"_s, u"werk"_s}));
+        QCOMPARE(picker->currentText(), u"All"_s);
 
-void TestHostSidebar::searchNarrowsTheList_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QStringList>("listed");
-    QTest::addColumn<bool>("reorder");
-    const QStringList all{u"web-1"_s, u"db-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s};
-    QTest::newRow("pattern") << u"acme"_s << QStringList{u"klant-acme"_s} << false;
-    QTest::newRow("option value, any case") << u"DB-1.INTERNAL"_s << QStringList{u"db-1"_s} << false;
-    QTest::newRow("group") << u"productie"_s << QStringList{u"web-1"_s} << false;
-    QTest::newRow("nothing matches") << u"zzz"_s << QStringList{} << false;
-    QTest::newRow("blanks only count as no search") << u"   "_s << all << true;
-}
+        picker->setFocus();
+        QTest::keyClick(picker, Qt::Key_End);
+        QCOMPARE(viewModel.selectedGroup(), u"werk"_s);
+        QCOMPARE(rowTexts(*child<HostListView>(sidebar, u"hostList"_s)->model()), QStringList({u"web-1"_s, u"db-1"_s}));
+        QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorderOff);
 
-void TestHostSidebar::searchNarrowsTheList()
-{
-    QFETCH(QString, typed);
-    QFETCH(QStringList, listed);
-    QFETCH(bool, reorder);
-    WindowFixture fixture;
-    SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
-    HostSidebarView sidebar(viewModel);
-    QTest::keyClicks(child<QLineEdit>(sidebar, u"hostSearchField"_s), typed);
-    QCOMPARE(viewModel.searchText(), typed);
-    QCOMPARE(listedHosts(*child<HostListView>(sidebar, u"hostList"_s)), listed);
-    QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorder ? reorderOn : reorderOff);
-    QCOMPARE(viewModel.canReorderHosts(), reorder);
-}
+        viewModel.setSelectedGroup(u"All"_s);
+        QCOMPARE(picker->currentText(), u"All"_s);
+        QCOMPARE(rowTexts(*child<HostListView>(sidebar, u"hostList"_s)->model()).size(), 5);
+        QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorderOn);
+    }
 
-void TestHostSidebar::searchFieldFollowsTheViewModel()
-{
-    WindowFixture fixture;
-    SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
-    HostSidebarView first(viewModel);
-    HostSidebarView second(viewModel);
-    auto* firstField = child<QLineEdit>(first, u"hostSearchField"_s);
-    QTest::keyClicks(firstField, u"web"_s);
-    QCOMPARE(child<QLineEdit>(second, u"hostSearchField"_s)->text(), u"web"_s);
-    // The field being typed in keeps its caret: it is not written back.
-    QCOMPARE(firstField->cursorPosition(), 3);
-    viewModel.setSearchText(QString());
-    QCOMPARE(firstField->text(), QString());
-    QCOMPARE(listedHosts(*child<HostListView>(second, u"hostList"_s)).size(), 5);
-}
+    void groupSheetRefusesABlankName()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
+        MainWindow window(viewModel, std::nullopt);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTest::mouseClick(child<QPushButton>(window, u"newGroupButton"_s), Qt::LeftButton);
+        auto* sheet = child<CreateGroupDialog>(window, u"createGroupDialog"_s);
+        QTRY_VERIFY(sheet && sheet->isVisible());
+        QVERIFY(window.contentView().showingCreateGroupSheet());
+        QCOMPARE(sheet->windowModality(), Qt::WindowModal);
+        auto* name = child<QLineEdit>(*sheet, u"newGroupNameField"_s);
+        QCOMPARE(name->placeholderText(), u"Bijv. PLOVRA SERVERS"_s);
 
-void TestHostSidebar::groupPickerNarrowsTheList()
-{
-    WindowFixture fixture;
-    SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
-    HostSidebarView sidebar(viewModel);
-    auto* picker = child<QComboBox>(sidebar, u"groupPicker"_s);
-    QCOMPARE(comboItems(*picker), QStringList({u"All"_s, u"klanten"_s, u"productie"_s, u"werk"_s}));
-    QCOMPARE(picker->currentText(), u"All"_s);
+        QTest::keyClicks(name, u"   "_s);
+        QTest::keyClick(name, Qt::Key_Return);
+        QVERIFY(sheet->isVisible());
+        QCOMPARE(name->text(), u"   "_s);
+        QCOMPARE(viewModel.statusMessage(), u"Geef een geldige groepsnaam op."_s);
+        QCOMPARE(child<QWidget>(window, u"statusMessage"_s)->property("text").toString(),
+                 u"Geef een geldige groepsnaam op."_s);
 
-    picker->setFocus();
-    QTest::keyClick(picker, Qt::Key_End);
-    QCOMPARE(viewModel.selectedGroup(), u"werk"_s);
-    QCOMPARE(listedHosts(*child<HostListView>(sidebar, u"hostList"_s)), QStringList({u"web-1"_s, u"db-1"_s}));
-    QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorderOff);
+        QTest::keyClick(name, Qt::Key_Escape);
+        QTRY_VERIFY(!sheet->isVisible());
+        QVERIFY(!window.contentView().showingCreateGroupSheet());
+    }
 
-    viewModel.setSelectedGroup(u"All"_s);
-    QCOMPARE(picker->currentText(), u"All"_s);
-    QCOMPARE(listedHosts(*child<HostListView>(sidebar, u"hostList"_s)).size(), 5);
-    QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorderOn);
-}
+    void groupSheetCreatesAndFiltersByANewGroup()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
+        MainWindow window(viewModel, std::nullopt);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        auto* list = child<HostListView>(window, u"hostList"_s);
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(list->model()->index(2, 0)).center());
+        QCOMPARE(viewModel.selectedHostIndex(), std::optional<qsizetype>(2));
 
-void TestHostSidebar::groupPickerFollowsNewGroups()
-{
-    WindowFixture fixture;
-    SSHConfigViewModel& viewModel = fixture.make(u"Host a\n"_s);
-    HostSidebarView sidebar(viewModel);
-    auto* picker = child<QComboBox>(sidebar, u"groupPicker"_s);
-    QCOMPARE(comboItems(*picker), QStringList{u"All"_s});
-    QVERIFY(viewModel.createGroupForSelectedHost(u"Beheer"_s));
-    QCOMPARE(comboItems(*picker), QStringList({u"All"_s, u"Beheer"_s}));
-    QCOMPARE(picker->currentText(), u"Beheer"_s);
-}
+        // Cancel changes nothing, and the cancelled name does not come back.
+        const SSHConfigDocument before = viewModel.document();
+        window.contentView().presentCreateGroupSheet();
+        auto* sheet = child<CreateGroupDialog>(window, u"createGroupDialog"_s);
+        auto* name = child<QLineEdit>(*sheet, u"newGroupNameField"_s);
+        QTest::keyClicks(name, u"weg"_s);
+        QTest::mouseClick(child<QPushButton>(*sheet, u"cancelButton"_s), Qt::LeftButton);
+        QTRY_VERIFY(!sheet->isVisible());
+        QVERIFY(viewModel.document() == before);
+        QCOMPARE(viewModel.selectedGroup(), u"All"_s);
+        QTest::mouseClick(child<QPushButton>(window, u"newGroupButton"_s), Qt::LeftButton);
+        QTRY_VERIFY(sheet->isVisible());
+        QCOMPARE(name->text(), QString());
 
-void TestHostSidebar::groupSheetRefusesABlankName()
-{
-    WindowFixture fixture;
-    SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
-    MainWindow window(viewModel, std::nullopt);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QTest::mouseClick(child<QPushButton>(window, u"newGroupButton"_s), Qt::LeftButton);
-    auto* sheet = child<CreateGroupDialog>(window, u"createGroupDialog"_s);
-    QTRY_VERIFY(sheet && sheet->isVisible());
-    QVERIFY(window.contentView().showingCreateGroupSheet());
-    QCOMPARE(sheet->windowModality(), Qt::WindowModal);
-    auto* name = child<QLineEdit>(*sheet, u"newGroupNameField"_s);
-    QCOMPARE(name->placeholderText(), u"Bijv. PLOVRA SERVERS"_s);
+        QTest::keyClicks(name, u"PLOVRA SERVERS"_s);
+        QTest::keyClick(name, Qt::Key_Return);
+        QTRY_VERIFY(!sheet->isVisible());
+        QCOMPARE(sheet->newGroupName(), QString());
+        QCOMPARE(viewModel.selectedGroup(), u"PLOVRA SERVERS"_s);
+        QCOMPARE(viewModel.document().hosts.at(2).groups, QStringList({u"klanten"_s, u"PLOVRA SERVERS"_s}));
+        QCOMPARE(rowTexts(*list->model()), QStringList{u"klant-acme"_s});
+        QCOMPARE(comboItems(*child<QComboBox>(window, u"groupPicker"_s)),
+                 QStringList({u"All"_s, u"klanten"_s, u"PLOVRA SERVERS"_s, u"productie"_s, u"werk"_s}));
+        QCOMPARE(child<QComboBox>(window, u"groupPicker"_s)->currentText(), u"PLOVRA SERVERS"_s);
+        QVERIFY(window.statusLine().showsUnsavedChangesWarning());
+    }
 
-    QTest::keyClicks(name, u"   "_s);
-    QTest::keyClick(name, Qt::Key_Return);
-    QVERIFY(sheet->isVisible());
-    QCOMPARE(name->text(), u"   "_s);
-    QCOMPARE(viewModel.statusMessage(), u"Geef een geldige groepsnaam op."_s);
-    QCOMPARE(child<QWidget>(window, u"statusMessage"_s)->property("text").toString(),
-             u"Geef een geldige groepsnaam op."_s);
+    void knownHostsSummaryCountsEntriesAndErrors()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel =
+            fixture.make(QString(), WindowFixture::sampleKnownHosts() + u"lonely-host-without-key\n"_s);
+        KnownHostsSummaryView summary(viewModel);
+        QCOMPARE(child<QLabel>(summary, u"knownHostsEntriesLabel"_s)->text(), u"Entries: 3"_s);
+        auto* errors = child<QLabel>(summary, u"knownHostsParseErrorsLabel"_s);
+        QCOMPARE(errors->text(), u"Parsefouten: 1"_s);
+        QVERIFY(!errors->isHidden());
 
-    QTest::keyClick(name, Qt::Key_Escape);
-    QTRY_VERIFY(!sheet->isVisible());
-    QVERIFY(!window.contentView().showingCreateGroupSheet());
-}
+        QVERIFY(WindowFixture::writeText(fixture.knownHostsPath(), u"host ssh-ed25519 AAAA\n"_s));
+        viewModel.load();
+        QCOMPARE(child<QLabel>(summary, u"knownHostsEntriesLabel"_s)->text(), u"Entries: 1"_s);
+        QVERIFY(errors->isHidden());
+    }
 
-void TestHostSidebar::groupSheetCreatesAndFiltersByANewGroup()
-{
-    WindowFixture fixture;
-    SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
-    MainWindow window(viewModel, std::nullopt);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    auto* list = child<HostListView>(window, u"hostList"_s);
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(list->model()->index(2, 0)).center());
-    QCOMPARE(viewModel.selectedHostIndex(), std::optional<qsizetype>(2));
-
-    // An earlier, cancelled name does not come back.
-    window.contentView().presentCreateGroupSheet();
-    auto* sheet = child<CreateGroupDialog>(window, u"createGroupDialog"_s);
-    auto* name = child<QLineEdit>(*sheet, u"newGroupNameField"_s);
-    QTest::keyClicks(name, u"weg"_s);
-    QTest::mouseClick(child<QPushButton>(*sheet, u"cancelButton"_s), Qt::LeftButton);
-    QTRY_VERIFY(!sheet->isVisible());
-    QTest::mouseClick(child<QPushButton>(window, u"newGroupButton"_s), Qt::LeftButton);
-    QTRY_VERIFY(sheet->isVisible());
-    QCOMPARE(name->text(), QString());
-
-    QTest::keyClicks(name, u"PLOVRA SERVERS"_s);
-    QTest::keyClick(name, Qt::Key_Return);
-    QTRY_VERIFY(!sheet->isVisible());
-    QCOMPARE(sheet->newGroupName(), QString());
-    QCOMPARE(viewModel.selectedGroup(), u"PLOVRA SERVERS"_s);
-    QCOMPARE(viewModel.document().hosts.at(2).groups, QStringList({u"klanten"_s, u"PLOVRA SERVERS"_s}));
-    QCOMPARE(listedHosts(*list), QStringList{u"klant-acme"_s});
-    QCOMPARE(child<QComboBox>(window, u"groupPicker"_s)->currentText(), u"PLOVRA SERVERS"_s);
-    QVERIFY(window.statusLine().showsUnsavedChangesWarning());
-}
-
-void TestHostSidebar::groupSheetCancelChangesNothing()
-{
-    WindowFixture fixture;
-    SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
-    MainWindow window(viewModel, std::nullopt);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    const SSHConfigDocument before = viewModel.document();
-    window.contentView().presentCreateGroupSheet();
-    auto* sheet = child<CreateGroupDialog>(window, u"createGroupDialog"_s);
-    QTest::keyClicks(child<QLineEdit>(*sheet, u"newGroupNameField"_s), u"nieuw"_s);
-    QTest::mouseClick(child<QPushButton>(*sheet, u"cancelButton"_s), Qt::LeftButton);
-    QTRY_VERIFY(!sheet->isVisible());
-    QCOMPARE(sheet->newGroupName(), u"nieuw"_s);
-    QVERIFY(viewModel.document() == before);
-    QCOMPARE(viewModel.selectedGroup(), u"All"_s);
-}
-
-void TestHostSidebar::knownHostsSummaryCountsEntriesAndErrors()
-{
-    WindowFixture fixture;
-    SSHConfigViewModel& viewModel =
-        fixture.make(QString(), WindowFixture::sampleKnownHosts() + u"lonely-host-without-key\n"_s);
-    KnownHostsSummaryView summary(viewModel);
-    QCOMPARE(child<QLabel>(summary, u"knownHostsEntriesLabel"_s)->text(), u"Entries: 3"_s);
-    auto* errors = child<QLabel>(summary, u"knownHostsParseErrorsLabel"_s);
-    QCOMPARE(errors->text(), u"Parsefouten: 1"_s);
-    QVERIFY(!errors->isHidden());
-
-    QVERIFY(WindowFixture::writeText(fixture.knownHostsPath(), u"host ssh-ed25519 AAAA\n"_s));
-    viewModel.load();
-    QCOMPARE(child<QLabel>(summary, u"knownHostsEntriesLabel"_s)->text(), u"Entries: 1"_s);
-    QVERIFY(errors->isHidden());
-}
+};
 
 QTEST_MAIN(TestHostSidebar)
 #include "test_host_sidebar.moc"

@@ -3,6 +3,7 @@
 
 #include "RawEditorView.h"
 #include "SSHConfigViewModel.h"
+#include "WidgetHelpers.h"
 #include "WindowFixture.h"
 
 #include <QAbstractItemModel>
@@ -43,23 +44,6 @@ struct Fixture
     WindowFixture files;
     SSHConfigViewModel* viewModel;
 };
-
-template <typename T>
-T* child(QWidget& view, const QString& name)
-{
-    T* widget = view.findChild<T*>(name);
-    if (!widget)
-        qFatal("no widget named %s", qPrintable(name));
-    return widget;
-}
-
-QStringList rows(const QAbstractItemModel* model)
-{
-    QStringList lines;
-    for (int row = 0; row < model->rowCount(); ++row)
-        lines.append(model->index(row, 0).data().toString());
-    return lines;
-}
 
 void typeAtEnd(QPlainTextEdit* editor, const QString& text)
 {
@@ -206,7 +190,7 @@ private Q_SLOTS:
         QTRY_VERIFY(box->isVisible());
         QCOMPARE(box->title(), u"Validatie"_s);
         auto* list = child<QListView>(*view, u"validationList"_s);
-        QCOMPARE(rows(list->model()), QStringList{u"Regel 5: Ongeldige host-regel: Port=22"_s});
+        QCOMPARE(rowTexts(*list->model()), QStringList{u"Regel 5: Ongeldige host-regel: Port=22"_s});
         const QColor text = list->palette().color(QPalette::Text);
         QVERIFY2(text.red() > 180 && text.green() < 90 && text.blue() < 90, qPrintable(text.name()));
         QCOMPARE(m_fixture->viewModel->statusMessage(), u"Raw editor: 1 parsefout(en)."_s);
