@@ -16,6 +16,12 @@ KnownHostsFilterModel::KnownHostsFilterModel(KnownHostsModel& source, QObject* p
     const SSHConfigViewModel* viewModel = &source.viewModel();
     m_query = viewModel->knownHostsSearchQuery();
     connect(viewModel, &SSHConfigViewModel::knownHostsSearchTextChanged, this, &KnownHostsFilterModel::refilter);
+    connect(&source, &QAbstractItemModel::rowsInserted, this, &KnownHostsFilterModel::forgetShownRows);
+    connect(&source, &QAbstractItemModel::rowsRemoved, this, &KnownHostsFilterModel::forgetShownRows);
+    connect(&source, &QAbstractItemModel::rowsMoved, this, &KnownHostsFilterModel::forgetShownRows);
+    connect(&source, &QAbstractItemModel::dataChanged, this, &KnownHostsFilterModel::forgetShownRows);
+    connect(&source, &QAbstractItemModel::layoutChanged, this, &KnownHostsFilterModel::forgetShownRows);
+    connect(&source, &QAbstractItemModel::modelReset, this, &KnownHostsFilterModel::forgetShownRows);
 }
 
 void KnownHostsFilterModel::refilter()
@@ -47,10 +53,13 @@ void KnownHostsFilterModel::refilter()
         rowCount();
     }
     m_accepted = nullptr;
+    m_shown = std::move(accepted);
 }
 
 std::vector<char> KnownHostsFilterModel::shownSourceRows() const
 {
+    if (m_shown.size() == static_cast<size_t>(m_source.rowCount()))
+        return m_shown;
     std::vector<char> shown(static_cast<size_t>(m_source.rowCount()), 0);
     const int rows = rowCount();
     for (int row = 0; row < rows; ++row)

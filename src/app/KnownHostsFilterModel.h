@@ -31,6 +31,8 @@ private:
     void refilter();
     /// For every source row, whether this model shows it now.
     std::vector<char> shownSourceRows() const;
+    /// Forgets the answers kept from the last refilter, once the source has changed under them.
+    void forgetShownRows() { m_shown.clear(); }
     /// How many runs of consecutive source rows change between shown and accepted.
     static qsizetype changedRuns(const std::vector<char>& shown, const std::vector<char>& accepted);
 
@@ -38,4 +40,7 @@ private:
     QString m_query;
     /// During refilter(): every source row's answer for the new query, so no row is tested twice.
     const std::vector<char>* m_accepted = nullptr;
+    /// The answers of the last refilter while the source has not changed since (else empty): asking
+    /// the proxy which rows it shows costs a mapping lookup per row.
+    std::vector<char> m_shown;
 };

@@ -217,6 +217,13 @@ private Q_SLOTS:
         vm.setSelectedKnownHostEntryID(vm.knownHostsDocument().records().at(3).kind().entry()->id());
         vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked);
         QCOMPARE(column(filter), QStringList{u"two"_s});
+        // What the last search found is forgotten once an entry changes under it.
+        vm.setKnownHostsSearchText(u"revoke"_s);
+        QCOMPARE(column(filter), QStringList{u"two"_s});
+        vm.setMarkerOnSelectedKnownHostEntry(std::nullopt);
+        vm.setKnownHostsSearchText(u"revo"_s);
+        QCOMPARE(filter.rowCount(), 0);
+        vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked);
         vm.deleteSelectedKnownHostEntry();
         QCOMPARE(filter.rowCount(), 0);
         vm.setKnownHostsSearchText(QString());
