@@ -1,5 +1,6 @@
 #include "KnownHostsService.h"
 
+#include "HugePageAdvice.h"
 #include "KnownHostsEntryReader.h"
 #include "KnownHostsTextScan.h"
 
@@ -44,8 +45,12 @@ void appendEntry(QString& out, const KnownHostEntry& entry)
 {
     if (entry.isCommentedOut())
         out += u"# ";
-    if (entry.marker())
-        out += knownHostMarkerRawValue(*entry.marker()) + u' ';
+    if (entry.marker()) {
+        // Two appends rather than one of a concatenation: Qt's append of a concatenation doubles the
+        // capacity once the text is half full, which at a million lines costs half a gigabyte.
+        out += knownHostMarkerRawValue(*entry.marker());
+        out += u' ';
+    }
     out += entry.hostsField();
     out += u' ';
     out += entry.keyType();
@@ -103,6 +108,7 @@ KnownHostsParseResult KnownHostsService::parse(const QString& text) const
     const QString source = text.data_ptr().isMutable() ? text : QString(text.constData(), text.size());
     const QStringView view(source);
     records.reserve(KnownHostsTextScan::countLineBreaks(view) + 1);
+    adviseHugePages(records.data(), static_cast<std::size_t>(records.capacity()) * sizeof(KnownHostsRecord));
     int lineNumber = 1;
     for (qsizetype lineStart = 0; lineStart <= view.size(); ++lineNumber) {
         const qsizetype lineEnd = KnownHostsTextScan::nextLineBreak(view, lineStart);
@@ -116,6 +122,7 @@ QString KnownHostsService::serialize(const KnownHostsDocument& document) const
 {
     QString out;
     out.reserve(estimatedLength(document));
+    adviseHugePages(out.data(), static_cast<std::size_t>(out.capacity()) * sizeof(QChar));
     bool first = true;
     for (const KnownHostsRecord& record : document.records()) {
         if (!first)
