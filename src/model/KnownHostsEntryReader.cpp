@@ -64,11 +64,29 @@ bool isNormalisedComment(QStringView comment)
     return true;
 }
 
-// Whether the hosts field is already what the hosts joined with "," give: no empty piece. (A piece
-// cannot hold white space, which ended the field.)
-bool hostsFieldIsNormal(QStringView field)
+struct HostsFieldFacts
 {
-    return !field.startsWith(u',') && !field.endsWith(u',') && !field.contains(u",,"_s);
+    /// The field is what its hosts joined with "," give: no empty piece. (A piece cannot hold white
+    /// space, which ended the field.)
+    bool isNormal = true;
+    bool isHashed = false;
+};
+
+// One pass over the field, which every line of a large file needs.
+HostsFieldFacts examineHostsField(QStringView field)
+{
+    HostsFieldFacts facts;
+    qsizetype pieceStart = 0;
+    while (pieceStart <= field.size()) {
+        qsizetype comma = field.indexOf(u',', pieceStart);
+        if (comma < 0)
+            comma = field.size();
+        const QStringView piece = field.sliced(pieceStart, comma - pieceStart);
+        facts.isNormal = facts.isNormal && !piece.isEmpty();
+        facts.isHashed = facts.isHashed || piece.startsWith(u"|1|") || piece.startsWith(u"|2|");
+        pieceStart = comma + 1;
+    }
+    return facts;
 }
 
 QStringList hostsOf(QStringView field)
@@ -93,15 +111,6 @@ QString normalisedComment(QStringView rest)
         at = skipWhiteSpace(rest, end);
     }
     return joined;
-}
-
-bool anyHashed(QStringView hostsField)
-{
-    for (const QStringView host : hostsField.tokenize(u',', Qt::SkipEmptyParts)) {
-        if (host.startsWith(u"|1|"_s) || host.startsWith(u"|2|"_s))
-            return true;
-    }
-    return false;
 }
 
 KnownHostEntry::Span spanOf(QStringView field, const QString& source)
@@ -134,9 +143,10 @@ std::optional<KnownHostEntry> KnownHostsEntryReader::read(const QString& source,
                                     ? fields.leading[3].data() - text.data()
                                     : -1;
     const QStringView comment = restStart < 0 ? key.sliced(key.size()) : text.sliced(restStart);
-    const bool isHashed = anyHashed(hostsField);
+    const HostsFieldFacts facts = examineHostsField(hostsField);
+    const bool isHashed = facts.isHashed;
 
-    if (hostsFieldIsNormal(hostsField) && isNormalisedComment(comment)) {
+    if (facts.isNormal && isNormalisedComment(comment)) {
         return KnownHostEntry::fromSpans(createRandomUuid(), lineNumber, marker, source, spanOf(hostsField, source),
                                          spanOf(keyType, source), spanOf(key, source), spanOf(comment, source),
                                          isHashed, isCommentedOut);

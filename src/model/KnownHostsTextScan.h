@@ -38,12 +38,20 @@ inline qsizetype skipBlocks(const char16_t* text, qsizetype from, qsizetype end,
     const __m128i lowBound = _mm_set1_epi16(static_cast<short>(low));
     const __m128i highBound = _mm_set1_epi16(static_cast<short>(high));
     const __m128i zero = _mm_setzero_si128();
+    // Unsigned saturating subtraction gives zero exactly where c <= low, or where c >= high.
+    const auto candidates = [&](qsizetype at) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + at));
+        return _mm_or_si128(_mm_cmpeq_epi16(_mm_subs_epu16(block, lowBound), zero),
+                            _mm_cmpeq_epi16(_mm_subs_epu16(highBound, block), zero));
+    };
+    // Two blocks per test: keys run to hundreds of characters between two candidates.
+    while (end - from >= 2 * blockSize) {
+        if (_mm_movemask_epi8(_mm_or_si128(candidates(from), candidates(from + blockSize))) != 0)
+            break;
+        from += 2 * blockSize;
+    }
     while (end - from >= blockSize) {
-        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + from));
-        // Unsigned saturating subtraction gives zero exactly where c <= low, or where c >= high.
-        const __m128i atOrBelow = _mm_cmpeq_epi16(_mm_subs_epu16(block, lowBound), zero);
-        const __m128i atOrAbove = _mm_cmpeq_epi16(_mm_subs_epu16(highBound, block), zero);
-        if (_mm_movemask_epi8(_mm_or_si128(atOrBelow, atOrAbove)) != 0)
+        if (_mm_movemask_epi8(candidates(from)) != 0)
             break;
         from += blockSize;
     }
