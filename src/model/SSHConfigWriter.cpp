@@ -1,5 +1,6 @@
 #include "SSHConfigWriter.h"
 
+#include "HugePageAdvice.h"
 #include "SSHConfigSyntax.h"
 
 using namespace Qt::StringLiterals;
@@ -14,6 +15,7 @@ constexpr QStringView itemIndent = u"  ";
 SSHConfigWriter::SSHConfigWriter(qsizetype expectedSize)
 {
     m_text.reserve(expectedSize);
+    adviseHugePages(m_text.data(), static_cast<std::size_t>(m_text.capacity()) * sizeof(QChar));
 }
 
 void SSHConfigWriter::beginLine()
