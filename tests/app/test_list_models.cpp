@@ -264,6 +264,25 @@ private Q_SLOTS:
         QCOMPARE(column(filter), expected);
     }
 
+    // Large enough that the entries are tested on several threads: the ranges must meet exactly.
+    void knownHostsFilterAgreesOnALargeFile()
+    {
+        QString text;
+        for (int i = 0; i < 40'000; ++i)
+            text += u"h"_s + QString::number(i) + u" ssh-ed25519 K"_s + QString::number(i % 7) + u'\n';
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(QString(), text);
+        KnownHostsModel source(vm);
+        KnownHostsFilterModel filter(source);
+        for (const QString& query : {u"9"_s, u"k3"_s, u"99"_s, u"k"_s, QString()}) {
+            vm.setKnownHostsSearchText(query);
+            QStringList expected;
+            for (const KnownHostEntry& entry : vm.filteredKnownHostEntries())
+                expected.append(entry.firstHost().toString());
+            QCOMPARE(column(filter), expected);
+        }
+    }
+
     void knownHostsRowLabel_data()
     {
         QTest::addColumn<QString>("host");
