@@ -18,40 +18,10 @@
 #include <benchmark/benchmark.h>
 
 #include <memory>
-#include <random>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Plain names with addresses, hashed names, bracketed ports, markers, commented-out entries and
-// comments, with the key lengths of ed25519, ECDSA and RSA.
-QByteArray knownHostsText(int entries)
-{
-    std::mt19937 random(20240131);
-    QByteArray text;
-    for (int i = 0; i < entries; ++i) {
-        const QByteArray n = QByteArray::number(i);
-        if (i % 89 == 0)
-            text += "# ";
-        if (i % 97 == 0)
-            text += "@revoked ";
-        if (i % 3 == 0)
-            text += "|1|" + base64Text(random, 27) + "=|" + base64Text(random, 27) + "= ";
-        else if (i % 7 == 0)
-            text += "[git" + n + ".example.com]:2222 ";
-        else
-            text += "host" + n + ".example.com,10." + QByteArray::number(i % 250) + ".1." +
-                    QByteArray::number(i / 250 % 250) + " ";
-        switch (i % 5) {
-        case 0: text += "ssh-rsa AAAAB3NzaC1yc2E" + base64Text(random, 521); break;
-        case 1: text += "ecdsa-sha2-nistp256 AAAAE2VjZHNh" + base64Text(random, 128); break;
-        default: text += "ssh-ed25519 AAAAC3NzaC1lZDI1NTE5" + base64Text(random, 48); break;
-        }
-        text += i % 11 == 0 ? " admin@laptop\n" : "\n";
-    }
-    return text;
-}
 
 /// The file, the view model and one known_hosts tab on screen; built once.
 struct Setup
@@ -61,7 +31,7 @@ struct Setup
         const QString knownHosts = directory.filePath(u".ssh/known_hosts"_s);
         QDir().mkpath(QFileInfo(knownHosts).absolutePath());
         QFile file(knownHosts);
-        const QByteArray bytes = knownHostsText(100'000);
+        const QByteArray bytes = realisticKnownHostsText(100'000);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("cannot write %s", qPrintable(knownHosts));
         file.close();

@@ -18,7 +18,6 @@
 #include <benchmark/benchmark.h>
 
 #include <memory>
-#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -37,42 +36,13 @@ QByteArray configText(int hosts)
     return text;
 }
 
-// A mix like a long-lived file: plain names with addresses, hashed names, bracketed ports, the odd
-// marker and comment line, and key lengths of ed25519, ECDSA and RSA-3072.
-QByteArray knownHostsText(int entries)
-{
-    std::mt19937 random(20240131);
-    QByteArray text;
-    for (int i = 0; i < entries; ++i) {
-        const QByteArray n = QByteArray::number(i);
-        if (i % 1000 == 0)
-            text += "# imported batch " + n + "\n";
-        if (i % 97 == 0)
-            text += "@revoked ";
-        if (i % 3 == 0)
-            text += "|1|" + base64Text(random, 28) + "=|" + base64Text(random, 28) + "= ";
-        else if (i % 7 == 0)
-            text += "[git" + n + ".example.com]:2222 ";
-        else
-            text += "host" + n + ".example.com,10." + QByteArray::number(i % 250) + ".1." +
-                    QByteArray::number(i / 250 % 250) + " ";
-        switch (i % 5) {
-        case 0: text += "ssh-rsa AAAAB3NzaC1yc2E" + base64Text(random, 521); break;
-        case 1: text += "ecdsa-sha2-nistp256 AAAAE2VjZHNh" + base64Text(random, 128); break;
-        default: text += "ssh-ed25519 AAAAC3NzaC1lZDI1NTE5" + base64Text(random, 48); break;
-        }
-        text += i % 11 == 0 ? " admin@laptop\n" : "\n";
-    }
-    return text;
-}
-
 /// The files, the view model and the adapters as the main window would hold them; built once.
 struct Setup
 {
     Setup()
     {
         writeFile(directory.filePath(u".ssh/config"_s), configText(10'000));
-        writeFile(directory.filePath(u".ssh/known_hosts"_s), knownHostsText(100'000));
+        writeFile(directory.filePath(u".ssh/known_hosts"_s), realisticKnownHostsText(100'000));
         viewModel = std::make_unique<SSHConfigViewModel>(
             std::make_shared<SSHFileService>(directory.filePath(u".ssh/config"_s),
                                              directory.filePath(u".ssh/known_hosts"_s)),
