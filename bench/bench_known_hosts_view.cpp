@@ -7,6 +7,8 @@
 #include "SSHConfigViewModel.h"
 
 #include <QApplication>
+
+#include <optional>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -73,10 +75,14 @@ struct Setup
     QWidget* detail = nullptr;
 };
 
+// Torn down by main() while the application still exists: windows and file watchers need it.
+std::optional<Setup> instance;
+
 Setup& setup()
 {
-    static Setup instance;
-    return instance;
+    if (!instance)
+        instance.emplace();
+    return *instance;
 }
 
 enum class Timed
@@ -180,5 +186,6 @@ int main(int argc, char** argv)
         return 1;
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
+    instance.reset();
     return 0;
 }

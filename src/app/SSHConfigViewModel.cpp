@@ -1,5 +1,6 @@
 #include "SSHConfigViewModel.h"
 
+#include "FileWatcher.h"
 #include "ServiceError.h"
 
 using namespace Qt::StringLiterals;
@@ -25,6 +26,8 @@ SSHConfigViewModel::SSHConfigViewModel(std::shared_ptr<SSHFileService> fileServi
     Q_ASSERT(m_fileService && m_terminalDiscovery && m_terminalLauncher && m_userDefaults);
     refreshTerminalApps();
     load();
+    m_fileWatcher = new FileWatcher({m_fileService->configURL(), m_fileService->knownHostsURL()}, this);
+    connect(m_fileWatcher, &FileWatcher::filesMayHaveChanged, this, &SSHConfigViewModel::checkFilesOnDisk);
 }
 
 SSHConfigViewModel::~SSHConfigViewModel() = default;
@@ -132,29 +135,51 @@ void SSHConfigViewModel::load()
 {
     const QString configSentence = loadConfig();
     const QString knownHostsSentence = loadKnownHosts();
-    setStatusMessage(configSentence + u' ' + knownHostsSentence);
+    QString status = configSentence + u' ' + knownHostsSentence;
+    // Said last, so the two load sentences keep their place at the start of the status line.
+    if (m_configUnreadable)
+        status += u" Het bestand "_s + m_fileService->configURL() + u" is niet geladen en wordt niet opgeslagen."_s;
+    if (m_knownHostsUnreadable)
+        status += u" Het bestand "_s + m_fileService->knownHostsURL()
+            + u" is niet geladen en wordt niet opgeslagen."_s;
+    setStatusMessage(status);
 }
 
+// The snapshot is taken before the read: should the file change in between, the snapshot is the older
+// one, and the difference is reported later instead of being overwritten unseen.
 QString SSHConfigViewModel::loadConfig()
 {
+    m_configOnDisk = FileSnapshot::take(m_fileService->configURL());
+    setChangeNotice(SSHFile::config, {});
     QString text;
     try {
         text = m_fileService->readConfig();
     } catch (const ServiceError& error) {
+        change(m_configUnreadable, true, &SSHConfigViewModel::configUnreadableChanged);
         return u"Config laden mislukt: "_s + error.description();
     }
+    adoptConfigText(text);
+    return u"SSH configuratie geladen."_s;
+}
+
+void SSHConfigViewModel::adoptConfigText(const QString& text, const SelectionKeeper& keepSelection)
+{
     setRawText(text);
     SSHConfigParseResult parsed = m_parser.parse(text);
     replaceDocument(parsed.document);
     setParseErrors(parsed.errors);
+    if (const std::optional<QUuid> kept = keepSelection ? keepSelection() : std::nullopt)
+        setSelectedHostID(kept);
     ensureValidHostSelection();
     setRawEditorDirty(false);
     setRawTextDirty(false);
-    return u"SSH configuratie geladen."_s;
+    change(m_configUnreadable, false, &SSHConfigViewModel::configUnreadableChanged);
 }
 
 QString SSHConfigViewModel::loadKnownHosts()
 {
+    m_knownHostsOnDisk = FileSnapshot::take(m_fileService->knownHostsURL());
+    setChangeNotice(SSHFile::knownHosts, {});
     QString text;
     try {
         text = m_fileService->readKnownHosts();
@@ -163,16 +188,25 @@ QString SSHConfigViewModel::loadKnownHosts()
         setSelectedKnownHostEntryID(std::nullopt);
         setKnownHostsDirty(false);
         change(m_knownHostsEntryCount, qsizetype(0), &SSHConfigViewModel::knownHostsEntryCountChanged);
+        change(m_knownHostsUnreadable, true, &SSHConfigViewModel::knownHostsUnreadableChanged);
         return u"known_hosts laden mislukt: "_s + error.description();
     }
-    KnownHostsParseResult parsed = m_knownHostsService.parse(text);
-    replaceKnownHosts(parsed.document, parsed.errors);
-    ensureValidKnownHostSelection();
-    setKnownHostsDirty(false);
-    updateKnownHostsEntryCount();
+    adoptKnownHostsText(text);
     if (!m_knownHostsParseErrors.isEmpty())
         return u"known_hosts geladen met "_s + QString::number(m_knownHostsParseErrors.size()) + u" parsefout(en)."_s;
     return u"known_hosts geladen."_s;
+}
+
+void SSHConfigViewModel::adoptKnownHostsText(const QString& text, const SelectionKeeper& keepSelection)
+{
+    KnownHostsParseResult parsed = m_knownHostsService.parse(text);
+    replaceKnownHosts(parsed.document, parsed.errors);
+    if (const std::optional<QUuid> kept = keepSelection ? keepSelection() : std::nullopt)
+        setSelectedKnownHostEntryID(kept);
+    ensureValidKnownHostSelection();
+    setKnownHostsDirty(false);
+    updateKnownHostsEntryCount();
+    change(m_knownHostsUnreadable, false, &SSHConfigViewModel::knownHostsUnreadableChanged);
 }
 
 void SSHConfigViewModel::ensureValidHostSelection()

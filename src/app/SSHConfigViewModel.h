@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileSnapshot.h"
 #include "HostFieldRules.h"
 #include "KnownHostsService.h"
 #include "SSHConfigParser.h"
@@ -18,6 +19,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
+
+class FileWatcher;
 
 /// The whole state of the application and every user action on it.
 ///
@@ -63,6 +66,11 @@ class SSHConfigViewModel : public QObject
     Q_PROPERTY(bool knownHostsDirty READ knownHostsDirty NOTIFY knownHostsDirtyChanged)
     Q_PROPERTY(qsizetype knownHostsEntryCount READ knownHostsEntryCount NOTIFY knownHostsEntryCountChanged)
     Q_PROPERTY(QString lastBackupPath READ lastBackupPath NOTIFY lastBackupPathChanged)
+    Q_PROPERTY(bool configUnreadable READ configUnreadable NOTIFY configUnreadableChanged)
+    Q_PROPERTY(bool knownHostsUnreadable READ knownHostsUnreadable NOTIFY knownHostsUnreadableChanged)
+    Q_PROPERTY(FileChangeNotice configChangeNotice READ configChangeNotice NOTIFY configChangeNoticeChanged)
+    Q_PROPERTY(FileChangeNotice knownHostsChangeNotice READ knownHostsChangeNotice NOTIFY
+                   knownHostsChangeNoticeChanged)
 
 public:
     /// Which editor the main window shows.
@@ -73,6 +81,33 @@ public:
         knownHosts,
     };
     Q_ENUM(EditorTab)
+
+    /// One of the two files the application edits.
+    enum class SSHFile
+    {
+        config,
+        knownHosts,
+    };
+    Q_ENUM(SSHFile)
+
+    /// What the bar above the editors says about a file that another program changed.
+    struct FileChangeNotice
+    {
+        enum class Kind
+        {
+            /// Nothing to say: no bar.
+            none,
+            /// The file changed on disk while it has unsaved changes here: the user chooses between
+            /// reloadChangedFile() and keepMyVersion(); until then a save of that file is refused.
+            conflict,
+            /// Lines appended on disk were taken into the unsaved document; the bar only informs.
+            merged,
+        };
+        Kind kind = Kind::none;
+        QString text;
+
+        friend bool operator==(const FileChangeNotice&, const FileChangeNotice&) = default;
+    };
 
     /// What a known_hosts entry gives for finding or making a config host block.
     struct KnownHostSeed
@@ -144,6 +179,13 @@ public:
     /// Records of kind entry in knownHostsDocument, commented-out entries included.
     qsizetype knownHostsEntryCount() const { return m_knownHostsEntryCount; }
     const QString& lastBackupPath() const { return m_lastBackupPath; }
+    /// The last load of the config failed: the config state did not come from the file, so only text
+    /// the user typed in the raw editor may be saved over it, until a load succeeds.
+    bool configUnreadable() const { return m_configUnreadable; }
+    /// The last load of known_hosts failed: known_hosts is not saved until a load succeeds.
+    bool knownHostsUnreadable() const { return m_knownHostsUnreadable; }
+    const FileChangeNotice& configChangeNotice() const { return m_configChangeNotice; }
+    const FileChangeNotice& knownHostsChangeNotice() const { return m_knownHostsChangeNotice; }
 
     // --- Fixed fields -----------------------------------------------------------------------------
 
@@ -169,6 +211,21 @@ public:
     /// Keeps a selected entry that exists, else selects the first entry, else nothing.
     void ensureValidKnownHostSelection();
     void updateKnownHostsEntryCount();
+
+    // --- Changes by other programs (SSHConfigViewModelFileGuard.cpp) -------------------------------
+
+    /// Compares both files on disk with what was last loaded or saved. A changed file without unsaved
+    /// changes here is reloaded on its own, keeping the selection where the same host or entry is still
+    /// there; lines only appended to known_hosts are merged into unsaved known_hosts edits; any other
+    /// change to a file with unsaved changes raises that file's conflict notice. Called by the file
+    /// watcher; harmless to call at any time.
+    void checkFilesOnDisk();
+    /// "Herladen": reads that file again, discarding its unsaved changes; the other file is untouched.
+    void reloadChangedFile(SSHFile file);
+    /// "Mijn versie bewaren": accepts the file as it now is on disk as the one a save may replace.
+    void keepMyVersion(SSHFile file);
+    /// Hides an informing notice ("merged"); a conflict stays until the user chooses.
+    void dismissChangeNotice(SSHFile file);
 
     // --- Host list (SSHConfigViewModelHostList.cpp) -------------------------------------------------
 
@@ -297,6 +354,10 @@ Q_SIGNALS:
     void knownHostsDirtyChanged();
     void knownHostsEntryCountChanged();
     void lastBackupPathChanged();
+    void configUnreadableChanged();
+    void knownHostsUnreadableChanged();
+    void configChangeNoticeChanged();
+    void knownHostsChangeNoticeChanged();
 
     // Row-level changes of document().hosts, for list adapters. Each "about to" signal comes before the
     // change, its partner after; positions are those of document().hosts.
@@ -345,6 +406,22 @@ private:
     qsizetype positionAfterStayingHosts(const QList<QUuid>& moving, qsizetype count) const;
     QString loadConfig();
     QString loadKnownHosts();
+    // Gives the id to select in a freshly parsed document, before the usual repair chooses.
+    using SelectionKeeper = std::function<std::optional<QUuid>()>;
+    void adoptConfigText(const QString& text, const SelectionKeeper& keepSelection = {});
+    void adoptKnownHostsText(const QString& text, const SelectionKeeper& keepSelection = {});
+    bool refuseConfigSave(bool writesTypedText);
+    bool refuseKnownHostsSave();
+    bool refuseChangedOnDisk(SSHFile file);
+    void rememberSavedFile(SSHFile file, const QString& text);
+    void handleExternalChange(SSHFile file);
+    void reloadQuietly(SSHFile file);
+    bool mergeAppendedKnownHosts();
+    void setChangeNotice(SSHFile file, FileChangeNotice notice);
+    void raiseConflict(SSHFile file);
+    bool hasUnsavedChanges(SSHFile file) const;
+    QString pathOf(SSHFile file) const;
+    FileSnapshot& snapshotOf(SSHFile file);
     const KnownHostEntry* selectedEntry() const;
     bool changeSelectedEntry(const std::function<void(KnownHostEntry&)>& edit);
     void openSeedInConfig(const KnownHostSeed& seed);
@@ -377,4 +454,12 @@ private:
     bool m_knownHostsDirty = false;
     qsizetype m_knownHostsEntryCount = 0;
     QString m_lastBackupPath;
+    bool m_configUnreadable = false;
+    bool m_knownHostsUnreadable = false;
+    FileChangeNotice m_configChangeNotice;
+    FileChangeNotice m_knownHostsChangeNotice;
+    // What each file held when it was last loaded or saved (or accepted by keepMyVersion()).
+    FileSnapshot m_configOnDisk;
+    FileSnapshot m_knownHostsOnDisk;
+    FileWatcher* m_fileWatcher = nullptr;
 };

@@ -8,6 +8,10 @@
 //   raw         false         false           the raw text (nothing pending: the file's own text)
 //   raw         false         true            the serialized document (only structured edits pending)
 //   knownHosts  any           any             the serialized known_hosts document
+//
+// Before any of them, a save is refused when the file could not be read at the last load (then only
+// text typed in the raw editor may replace it), or when another program changed the file since it was
+// loaded and the user has not chosen to keep their own version (SSHConfigViewModelFileGuard.cpp).
 
 #include "SSHConfigViewModel.h"
 
@@ -48,6 +52,8 @@ void SSHConfigViewModel::parseRawText()
 
 void SSHConfigViewModel::saveRawText()
 {
+    if (refuseConfigSave(m_rawTextDirty))
+        return;
     SSHConfigParseResult parsed = m_parser.parse(m_rawText);
     setParseErrors(parsed.errors);
     if (!m_parseErrors.isEmpty()) {
@@ -62,6 +68,8 @@ void SSHConfigViewModel::saveRawText()
 
 void SSHConfigViewModel::saveConfig()
 {
+    if (refuseConfigSave(false))
+        return;
     setRawText(m_parser.serialize(m_document));
     const QString message = writeConfigText(m_rawText, u"Opgeslagen naar "_s);
     setStatusMessage(message);
@@ -77,6 +85,7 @@ QString SSHConfigViewModel::writeConfigText(const QString& text, const QString& 
     } catch (const ServiceError& error) {
         return u"Opslaan mislukt: "_s + error.description();
     }
+    rememberSavedFile(SSHFile::config, text);
     setParseErrors({});
     setRawEditorDirty(false);
     setRawTextDirty(false);
@@ -89,6 +98,8 @@ QString SSHConfigViewModel::writeConfigText(const QString& text, const QString& 
 
 void SSHConfigViewModel::saveKnownHosts()
 {
+    if (refuseKnownHostsSave())
+        return;
     renumberKnownHostEntries();
     const QString text = m_knownHostsService.serialize(m_knownHostsDocument);
     std::optional<QString> backup;
@@ -98,6 +109,7 @@ void SSHConfigViewModel::saveKnownHosts()
         setStatusMessage(u"known_hosts opslaan mislukt: "_s + error.description());
         return;
     }
+    rememberSavedFile(SSHFile::knownHosts, text);
     setKnownHostsDirty(false);
     const QString path = m_fileService->knownHostsURL();
     if (backup) {

@@ -2,10 +2,12 @@
 
 #include "ContentView.h"
 #include "DonationURL.h"
+#include "FileChangeBar.h"
 #include "MainStatusBar.h"
 #include "MainToolBar.h"
 
 #include <QMenuBar>
+#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -25,9 +27,23 @@ MainWindow::MainWindow(SSHConfigViewModel& viewModel, std::optional<QUrl> donati
     setMinimumSize(1080, 700);
     setUnifiedTitleAndToolBarOnMac(true);
     addToolBar(Qt::TopToolBarArea, m_toolBar);
-    setCentralWidget(m_content);
+    setCentralWidget(makeCentralWidget(viewModel));
     setStatusBar(m_statusBar);
     buildMenuBar();
+}
+
+// The bars about files changed by other programs sit above everything they concern.
+QWidget* MainWindow::makeCentralWidget(SSHConfigViewModel& viewModel)
+{
+    auto* central = new QWidget(this);
+    auto* layout = new QVBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(new FileChangeBar(viewModel, SSHConfigViewModel::SSHFile::config, central));
+    layout->addWidget(new FileChangeBar(viewModel, SSHConfigViewModel::SSHFile::knownHosts, central));
+    m_content->setParent(central);
+    layout->addWidget(m_content, 1);
+    return central;
 }
 
 void MainWindow::buildMenuBar()

@@ -16,7 +16,8 @@ class SSHConfigViewModel;
 /// Its menu bar carries only the platform's standard commands: New Window (Ctrl+N), Preferences, Quit
 /// and About. The window does not carry them out itself; it asks through its signals, which the
 /// application shell answers. Action object names: "newWindowAction", "preferencesAction", "quitAction",
-/// "aboutAction".
+/// "aboutAction". Above the content, one bar per file ("configChangeBar", "knownHostsChangeBar") says
+/// when another program changed it.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -38,6 +39,7 @@ Q_SIGNALS:
     void aboutRequested();
 
 private:
+    QWidget* makeCentralWidget(SSHConfigViewModel& viewModel);
     void buildMenuBar();
 
     MainToolBar* m_toolBar;

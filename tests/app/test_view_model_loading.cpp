@@ -94,7 +94,9 @@ private Q_SLOTS:
 
         vm.load();
         QVERIFY2(vm.statusMessage().startsWith(u"Config laden mislukt: "_s), qPrintable(vm.statusMessage()));
-        QVERIFY(vm.statusMessage().endsWith(u" known_hosts geladen."_s));
+        QVERIFY2(vm.statusMessage().endsWith(u" known_hosts geladen. Het bestand "_s + fixture.configPath()
+                                             + u" is niet geladen en wordt niet opgeslagen."_s),
+                 qPrintable(vm.statusMessage()));
         QCOMPARE(vm.rawText(), u"typed"_s);
         QCOMPARE(vm.document(), before);
         QCOMPARE(vm.selectedHostID(), selected);

@@ -57,7 +57,7 @@ private Q_SLOTS:
     void everyPropertyHasANotifySignal()
     {
         const QMetaObject& meta = SSHConfigViewModel::staticMetaObject;
-        QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 19);
+        QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 23);
         for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
             QVERIFY2(meta.property(i).hasNotifySignal(), meta.property(i).name());
     }

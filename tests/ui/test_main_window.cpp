@@ -237,6 +237,35 @@ private Q_SLOTS:
         QVERIFY(!status.showsUnsavedChangesWarning());
     }
 
+    // Another program changes known_hosts under unsaved edits: the bar shows above the editors with
+    // its two choices, and keeping one's own version hides it and lets the save through.
+    void fileChangeBarOffersTheChoice()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig(), WindowFixture::sampleKnownHosts());
+        MainWindow window(viewModel, std::nullopt);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto* bar = window.findChild<QWidget*>(u"knownHostsChangeBar"_s);
+        QVERIFY(bar && !bar->isVisible());
+        QVERIFY(!window.findChild<QWidget*>(u"configChangeBar"_s)->isVisible());
+
+        viewModel.toggleCommentOnSelectedKnownHostEntry();
+        fixture.writeKnownHosts(u"other ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIOther\n"_s);
+        QTRY_VERIFY(bar->isVisible());
+        QVERIFY(bar->findChild<QLabel*>(u"fileChangeText"_s)->text().contains(fixture.knownHostsPath()));
+        QVERIFY(bar->findChild<QPushButton*>(u"reloadChangedFileButton"_s)->isVisible());
+        QVERIFY(!bar->findChild<QPushButton*>(u"closeFileChangeButton"_s)->isVisible());
+        // The bar sits above the editors, not over them.
+        QVERIFY(bar->mapTo(&window, QPoint()).y() < window.contentView().mapTo(&window, QPoint()).y());
+
+        QTest::mouseClick(bar->findChild<QPushButton*>(u"keepMyVersionButton"_s), Qt::LeftButton);
+        QVERIFY(!bar->isVisible());
+        viewModel.saveKnownHosts();
+        QVERIFY2(viewModel.statusMessage().startsWith(u"known_hosts opgeslagen naar "_s),
+                 qPrintable(viewModel.statusMessage()));
+    }
+
     // Tabs and windows
 
     void tabsAndViewModelFollowEachOther()
