@@ -2,7 +2,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 /// Enough of a name for the user to recognise it in the one-line status.
 constexpr qsizetype shownNameLength = 40;
@@ -41,8 +42,8 @@ QString shownName(QStringView name)
 
 QString lengthText(QStringView name)
 {
-    return u"("_s + QString::number(name.size()) + u" tekens, hooguit "_s
-        + QString::number(maximumConnectNameLength) + u')';
+    return u"("_s + QString::number(name.size()) + u" tekens, hooguit "_s + QString::number(maximumConnectNameLength)
+        + u')';
 }
 
 } // namespace
@@ -68,8 +69,8 @@ std::optional<QString> connectHostNameRefusal(QStringView name)
         return u"Deze hostnaam bevat een stuurteken ("_s + codePointText(*firstControlCharacter(name))
             + u") en kan niet veilig aan ssh worden doorgegeven; niet verbonden."_s;
     case ConnectNameProblem::tooLong:
-        return u"Deze hostnaam ("_s + shownName(name) + u") is te lang om aan ssh door te geven "_s
-            + lengthText(name) + u"; niet verbonden."_s;
+        return u"Deze hostnaam ("_s + shownName(name) + u") is te lang om aan ssh door te geven "_s + lengthText(name)
+            + u"; niet verbonden."_s;
     case ConnectNameProblem::leadingDash:
         return u"Deze hostnaam ("_s + shownName(name)
             + u") begint met \"-\" en zou door ssh als optie gelezen worden; niet verbonden."_s;
@@ -82,6 +83,6 @@ std::optional<QString> connectPortRefusal(QStringView port)
 {
     if (port.size() <= maximumConnectNameLength)
         return std::nullopt;
-    return u"Dit poortnummer ("_s + shownName(port) + u") is te lang om aan ssh door te geven "_s
-        + lengthText(port) + u"; niet verbonden."_s;
+    return u"Dit poortnummer ("_s + shownName(port) + u") is te lang om aan ssh door te geven "_s + lengthText(port)
+        + u"; niet verbonden."_s;
 }

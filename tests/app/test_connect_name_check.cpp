@@ -8,7 +8,8 @@ using namespace Qt::StringLiterals;
 
 Q_DECLARE_METATYPE(std::optional<ConnectNameProblem>)
 
-namespace {
+namespace
+{
 
 QString repeated(QChar c, qsizetype count)
 {
@@ -88,9 +89,8 @@ private Q_SLOTS:
                                   << u"Deze hostnaam (\""_s + repeated(u'a', 40)
                 + u"…\") is te lang om aan ssh door te geven (200000 tekens, hooguit 1024); niet verbonden."_s;
         // An emoji is two UTF-16 units; cutting between them would leave half a character.
-        QTest::newRow("cut before a surrogate pair")
-            << repeated(u'a', 39) + u"\U0001F600"_s + repeated(u'b', 2000)
-            << u"Deze hostnaam (\""_s + repeated(u'a', 39)
+        QTest::newRow("cut before a surrogate pair") << repeated(u'a', 39) + u"\U0001F600"_s + repeated(u'b', 2000)
+                                                     << u"Deze hostnaam (\""_s + repeated(u'a', 39)
                 + u"…\") is te lang om aan ssh door te geven (2041 tekens, hooguit 1024); niet verbonden."_s;
     }
 
