@@ -2,10 +2,22 @@
 
 #include "SSHConfigViewModel.h"
 
+#include "ConnectNameCheck.h"
 #include "ServiceError.h"
 #include "ShellQuoting.h"
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+std::optional<QString> connectTargetRefusal(const SSHConfigViewModel::ConnectTarget& target)
+{
+    if (std::optional<QString> refusal = connectHostNameRefusal(target.host))
+        return refusal;
+    return target.port ? connectPortRefusal(*target.port) : std::nullopt;
+}
+
+} // namespace
 
 QString SSHConfigViewModel::shellQuoted(QStringView text)
 {
@@ -52,6 +64,11 @@ void SSHConfigViewModel::connectSelectedHost()
         setStatusMessage(u"Deze host heeft alleen wildcardpatronen. Kies een specifieke host-alias."_s);
         return;
     }
+    // Quoting keeps the shell from reading the alias, but not ssh: refuse what it would take for an option.
+    if (const std::optional<QString> refusal = connectHostNameRefusal(*alias)) {
+        setStatusMessage(*refusal);
+        return;
+    }
     launchInTerminal(u"ssh "_s + shellQuoted(*alias), *alias);
 }
 
@@ -69,6 +86,10 @@ void SSHConfigViewModel::connectSelectedKnownHostEntry()
     const std::optional<ConnectTarget> target = connectTarget(*entry);
     if (!target) {
         setStatusMessage(u"Geen direct bruikbare host in deze known_hosts entry (mogelijk hashed of wildcard)."_s);
+        return;
+    }
+    if (const std::optional<QString> refusal = connectTargetRefusal(*target)) {
+        setStatusMessage(*refusal);
         return;
     }
     if (target->port) {

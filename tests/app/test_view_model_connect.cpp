@@ -3,6 +3,8 @@
 
 #include "ViewModelFixture.h"
 
+#include "ConnectNameCheck.h"
+
 #include <QProcess>
 #include <QProcessEnvironment>
 
@@ -21,6 +23,22 @@ void selectHostWithPatterns(SSHConfigViewModel& vm, const QStringList& patterns,
     vm.addHost();
     vm.updateHost(hostWithPatterns(patterns, isEnabled), *vm.selectedHostIndex());
     vm.setSelectedHostID(vm.document().hosts.last().id());
+}
+
+// A view model whose selected host or entry carries name: "config" and "known_hosts" write it into the
+// file ("known_hosts port" as "[name]:2222"), "editor" stores it through the host editor.
+SSHConfigViewModel& makeConnectingTo(ViewModelFixture& fixture, const QString& source, const QString& name)
+{
+    if (source == u"config"_s)
+        fixture.writeConfig(u"Host "_s + name + u"\n"_s);
+    else if (source == u"known_hosts"_s)
+        fixture.writeKnownHosts(name + u" ssh-ed25519 AAAA\n"_s);
+    else if (source == u"known_hosts port"_s)
+        fixture.writeKnownHosts(u"["_s + name + u"]:2222 ssh-ed25519 AAAA\n"_s);
+    SSHConfigViewModel& vm = fixture.make();
+    if (source == u"editor"_s)
+        selectHostWithPatterns(vm, {name});
+    return vm;
 }
 
 enum class Terminal { appleTerminal, none, clipboard, failing };
@@ -116,6 +134,12 @@ private Q_SLOTS:
         row("entry: all hashed", {}, u"|1|abc=|def=,|2|x|y ssh-rsa AAAA\n"_s, ok, {}, unusable);
         row("entry: user at bracketed port", {}, u"ops@[db]:2200 ssh-rsa AAAA\n"_s, ok, {}, unusable);
         row("entry: no terminal", {}, u"web ssh-rsa AAAA\n"_s, Terminal::none, {}, noTerminal);
+        const QString longest(maximumConnectNameLength, u'a');
+        row("host: longest name", u"Host "_s + longest + u"\n"_s, {}, ok, u"ssh "_s + longest, started + longest);
+        row("entry: dash inside a bracketed host", {}, u"[web-01]:2222 ssh-rsa AAAA\n"_s, ok,
+            u"ssh -p 2222 web-01"_s, started + u"web-01:2222"_s);
+        row("entry: dash after user", {}, u"deploy@-x ssh-rsa AAAA\n"_s, ok, u"ssh deploy@-x"_s,
+            started + u"deploy@-x"_s);
     }
 
     void connect()
@@ -148,6 +172,98 @@ private Q_SLOTS:
         }
     }
 
+    // Names that ssh would misread or that break the terminal's command line: refused after the existing
+    // refusals, and nothing is launched.
+    void hostileNamesAreRefused_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("status");
+        const QString dash = u"\") begint met \"-\" en zou door ssh als optie gelezen worden; niet verbonden."_s;
+        const QString control = u"Deze hostnaam bevat een stuurteken (U+%1) en kan niet veilig aan ssh worden "
+                                u"doorgegeven; niet verbonden."_s;
+        const QString huge(200'000, u'a');
+        const QString tooLong = u"Deze hostnaam (\""_s + QString(40, u'a')
+            + u"…\") is te lang om aan ssh door te geven (200000 tekens, hooguit 1024); niet verbonden."_s;
+        QTest::newRow("config: option") << u"config"_s << u"-oProxyCommand=touch${IFS}pwned"_s
+                                        << u"Deze hostnaam (\"-oProxyCommand=touch${IFS}pwned"_s + dash;
+        QTest::newRow("config: NUL") << u"config"_s << u"web\u0000x"_s << control.arg(u"0000"_s);
+        QTest::newRow("config: DEL") << u"config"_s << u"web\u007fx"_s << control.arg(u"007F"_s);
+        QTest::newRow("config: 200,000 characters") << u"config"_s << huge << tooLong;
+        QTest::newRow("editor: option with a blank") << u"editor"_s << u"-oProxyCommand=touch x"_s
+                                                     << u"Deze hostnaam (\"-oProxyCommand=touch x"_s + dash;
+        QTest::newRow("editor: NUL") << u"editor"_s << u"web\u0000x"_s << control.arg(u"0000"_s);
+        QTest::newRow("editor: tab") << u"editor"_s << u"web\tx"_s << control.arg(u"0009"_s);
+        QTest::newRow("editor: line feed") << u"editor"_s << u"web\nrm -rf x"_s << control.arg(u"000A"_s);
+        QTest::newRow("editor: DEL") << u"editor"_s << u"web\u007f"_s << control.arg(u"007F"_s);
+        QTest::newRow("editor: C1") << u"editor"_s << u"web\u0085"_s << control.arg(u"0085"_s);
+        QTest::newRow("editor: 200,000 characters") << u"editor"_s << huge << tooLong;
+        QTest::newRow("known_hosts: option") << u"known_hosts"_s << u"-oFoo=bar"_s
+                                             << u"Deze hostnaam (\"-oFoo=bar"_s + dash;
+        QTest::newRow("known_hosts: NUL") << u"known_hosts"_s << u"web\u0000x"_s << control.arg(u"0000"_s);
+        QTest::newRow("known_hosts: DEL") << u"known_hosts"_s << u"web\u007f"_s << control.arg(u"007F"_s);
+        QTest::newRow("known_hosts: 200,000 characters") << u"known_hosts"_s << huge << tooLong;
+        QTest::newRow("known_hosts with port: option") << u"known_hosts port"_s << u"-oFoo"_s
+                                                       << u"Deze hostnaam (\"-oFoo"_s + dash;
+        QTest::newRow("known_hosts with port: NUL") << u"known_hosts port"_s << u"a\u0000b"_s << control.arg(u"0000"_s);
+        QTest::newRow("known_hosts with port: 200,000 characters") << u"known_hosts port"_s << huge << tooLong;
+    }
+
+    void hostileNamesAreRefused()
+    {
+        QFETCH(QString, source);
+        QFETCH(QString, name);
+        QFETCH(QString, status);
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = makeConnectingTo(fixture, source, name);
+        if (source.startsWith(u"known_hosts"_s))
+            vm.connectSelectedKnownHostEntry();
+        else
+            vm.connectSelectedHost();
+        QCOMPARE(vm.statusMessage(), status);
+        QCOMPARE(fixture.launcher->calls.size(), 0);
+    }
+
+    void hugePortIsRefused()
+    {
+        ViewModelFixture fixture;
+        const QString port(5000, u'2');
+        SSHConfigViewModel& vm = fixture.make({}, u"[gitbox]:"_s + port + u" ssh-ed25519 AAAA\n"_s);
+        vm.connectSelectedKnownHostEntry();
+        QCOMPARE(vm.statusMessage(), u"Dit poortnummer (\""_s + QString(40, u'2')
+                     + u"…\") is te lang om aan ssh door te geven (5000 tekens, hooguit 1024); niet verbonden."_s);
+        QCOMPARE(fixture.launcher->calls.size(), 0);
+    }
+
+    void refusalsBeforeTheNameCheckComeFirst_data()
+    {
+        QTest::addColumn<QString>("config");
+        QTest::addColumn<QString>("knownHosts");
+        QTest::addColumn<QString>("status");
+        QTest::newRow("disabled host") << u"# Host -oFoo\n#     HostName x\n"_s << QString()
+                                       << u"Host is uitgeschakeld en kan niet direct verbinden."_s;
+        QTest::newRow("commented-out entry") << QString() << u"# -oFoo ssh-rsa AAAA\n"_s
+                                             << u"Deze known_hosts entry is uitgecommentarieerd."_s;
+        QTest::newRow("user at bracketed port") << QString() << u"ops@[-oFoo]:2200 ssh-rsa AAAA\n"_s
+                                                << u"Geen direct bruikbare host in deze known_hosts entry (mogelijk "
+                                                   u"hashed of wildcard)."_s;
+    }
+
+    void refusalsBeforeTheNameCheckComeFirst()
+    {
+        QFETCH(QString, config);
+        QFETCH(QString, knownHosts);
+        QFETCH(QString, status);
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(config, knownHosts);
+        if (knownHosts.isEmpty())
+            vm.connectSelectedHost();
+        else
+            vm.connectSelectedKnownHostEntry();
+        QCOMPARE(vm.statusMessage(), status);
+        QCOMPARE(fixture.launcher->calls.size(), 0);
+    }
+
     void commandsSurviveTheShell_data()
     {
         QTest::addColumn<QString>("source");
@@ -159,7 +275,6 @@ private Q_SLOTS:
                                    u"`touch${IFS}pwned`"_s,
                                    u"a;touch${IFS}pwned"_s,
                                    u"a&&touch${IFS}pwned"_s,
-                                   u"-oProxyCommand=touch${IFS}pwned"_s,
                                    u"a|b>c<d"_s};
         for (const QString& name : names) {
             QTest::addRow("config: %s", qPrintable(name)) << u"config"_s << name << QStringList{name};
@@ -178,15 +293,7 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QStringList, arguments);
         ViewModelFixture fixture;
-        if (source == u"config"_s)
-            fixture.writeConfig(u"Host "_s + name + u"\n"_s);
-        else if (source == u"known_hosts"_s)
-            fixture.writeKnownHosts(name + u" ssh-ed25519 AAAA\n"_s);
-        else if (source == u"known_hosts port"_s)
-            fixture.writeKnownHosts(u"["_s + name + u"]:2222 ssh-ed25519 AAAA\n"_s);
-        SSHConfigViewModel& vm = fixture.make();
-        if (source == u"editor"_s)
-            selectHostWithPatterns(vm, {name});
+        SSHConfigViewModel& vm = makeConnectingTo(fixture, source, name);
         if (source.startsWith(u"known_hosts"_s))
             vm.connectSelectedKnownHostEntry();
         else
