@@ -6,7 +6,12 @@
 #include "MainStatusBar.h"
 #include "MainToolBar.h"
 
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QTextDocument>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -18,6 +23,7 @@ MainWindow::MainWindow(SSHConfigViewModel& viewModel, QWidget* parent)
 
 MainWindow::MainWindow(SSHConfigViewModel& viewModel, std::optional<QUrl> donationURL, QWidget* parent)
     : QMainWindow(parent)
+    , m_viewModel(viewModel)
     , m_toolBar(new MainToolBar(viewModel, std::move(donationURL), this))
     , m_content(new ContentView(viewModel, this))
     , m_statusBar(new MainStatusBar(viewModel, this))
@@ -46,6 +52,52 @@ QWidget* MainWindow::makeCentralWidget(SSHConfigViewModel& viewModel)
     return central;
 }
 
+// Undo and redo act on the active tab's document. A text field keeps Ctrl+Z for its own typing while
+// it has any (see takesUndoShortcut()); after that, and everywhere else, the document's history answers.
+void MainWindow::buildEditMenu()
+{
+    QMenu* edit = menuBar()->addMenu(u"&Edit"_s);
+    QAction* undo = edit->addAction(m_viewModel.undoText(), &m_viewModel, &SSHConfigViewModel::undo);
+    undo->setObjectName(u"undoAction"_s);
+    undo->setShortcut(QKeySequence::Undo);
+    QAction* redo = edit->addAction(m_viewModel.redoText(), &m_viewModel, &SSHConfigViewModel::redo);
+    redo->setObjectName(u"redoAction"_s);
+    redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    const auto follow = [this, undo, redo] {
+        undo->setText(m_viewModel.undoText());
+        undo->setEnabled(m_viewModel.canUndo());
+        redo->setText(m_viewModel.redoText());
+        redo->setEnabled(m_viewModel.canRedo());
+    };
+    connect(&m_viewModel, &SSHConfigViewModel::undoHistoryChanged, this, follow);
+    connect(&m_viewModel, &SSHConfigViewModel::activeEditorTabChanged, this, follow);
+    follow();
+    qApp->installEventFilter(this);
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride && watched->isWidgetType()
+        && static_cast<QWidget*>(watched)->window() == this && !takesUndoShortcut(watched, *static_cast<QKeyEvent*>(event)))
+        return true;
+    return QMainWindow::eventFilter(watched, event);
+}
+
+// Whether a focused text field wants the key for its own undo or redo. A field with nothing of its own
+// to undo lets it through to the Edit menu, so Ctrl+Z goes on into the document's history.
+bool MainWindow::takesUndoShortcut(QObject* watched, const QKeyEvent& key)
+{
+    const bool undoKey = key.matches(QKeySequence::Undo);
+    const bool redoKey = key.matches(QKeySequence::Redo) || key.keyCombination() == QKeyCombination(Qt::CTRL | Qt::Key_Y);
+    if (!undoKey && !redoKey)
+        return true;
+    if (auto* line = qobject_cast<QLineEdit*>(watched))
+        return undoKey ? line->isUndoAvailable() : line->isRedoAvailable();
+    if (auto* text = qobject_cast<QPlainTextEdit*>(watched))
+        return undoKey ? text->document()->isUndoAvailable() : text->document()->isRedoAvailable();
+    return true;
+}
+
 void MainWindow::buildMenuBar()
 {
     QMenu* file = menuBar()->addMenu(u"&File"_s);
@@ -61,6 +113,8 @@ void MainWindow::buildMenuBar()
     quit->setObjectName(u"quitAction"_s);
     quit->setShortcut(QKeySequence::Quit);
     quit->setMenuRole(QAction::QuitRole);
+
+    buildEditMenu();
 
     QMenu* help = menuBar()->addMenu(u"&Help"_s);
     QAction* about = help->addAction(u"About Tarnwick"_s, this, &MainWindow::aboutRequested);

@@ -6,6 +6,7 @@
 #include <optional>
 
 class ContentView;
+class QKeyEvent;
 class MainStatusBar;
 class MainToolBar;
 class SSHConfigViewModel;
@@ -16,7 +17,8 @@ class SSHConfigViewModel;
 /// Its menu bar carries only the platform's standard commands: New Window (Ctrl+N), Preferences, Quit
 /// and About. The window does not carry them out itself; it asks through its signals, which the
 /// application shell answers. Action object names: "newWindowAction", "preferencesAction", "quitAction",
-/// "aboutAction". Above the content, one bar per file ("configChangeBar", "knownHostsChangeBar") says
+/// "aboutAction". The Edit menu holds Undo (Ctrl+Z) and Redo (Ctrl+Shift+Z, Ctrl+Y) of the active tab's
+/// document ("undoAction", "redoAction"), named after the step they take back or do again. Above the content, one bar per file ("configChangeBar", "knownHostsChangeBar") says
 /// when another program changed it.
 class MainWindow : public QMainWindow
 {
@@ -41,6 +43,11 @@ Q_SIGNALS:
 private:
     QWidget* makeCentralWidget(SSHConfigViewModel& viewModel);
     void buildMenuBar();
+    void buildEditMenu();
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    static bool takesUndoShortcut(QObject* watched, const QKeyEvent& key);
+
+    SSHConfigViewModel& m_viewModel;
 
     MainToolBar* m_toolBar;
     ContentView* m_content;
