@@ -1,8 +1,8 @@
 #include "FileSnapshot.h"
 
-#include <QHashFunctions>
+#include <QDateTime>
 #include <QFile>
-#include <QFileInfo>
+#include <QHashFunctions>
 
 #include <cerrno>
 
@@ -13,13 +13,13 @@ namespace
 // Far above any real ssh file; a larger "file" is treated as unreadable instead of being hashed.
 constexpr qint64 largestHashedFile = qint64(1) << 30;
 // Coarser than any file system's time stamps (FAT keeps two seconds).
-constexpr qint64 timeStampTickMilliseconds = 2000;
+constexpr qint64 timeStampTickNanoseconds = qint64(2) * 1'000'000'000;
 } // namespace
 
 FileSnapshot FileSnapshot::metadataOf(const QString& path)
 {
     FileSnapshot snapshot;
-    snapshot.m_takenAt = QDateTime::currentDateTimeUtc();
+    snapshot.m_takenAtNanoseconds = QDateTime::currentMSecsSinceEpoch() * 1'000'000;
     struct stat status
     {
     };
@@ -32,7 +32,12 @@ FileSnapshot FileSnapshot::metadataOf(const QString& path)
     snapshot.m_size = status.st_size;
     snapshot.m_inode = static_cast<quint64>(status.st_ino);
     snapshot.m_kind = S_ISREG(status.st_mode) && status.st_size <= largestHashedFile ? Kind::regular : Kind::unreadable;
-    snapshot.m_lastModified = QFileInfo(path).lastModified();
+#ifdef __APPLE__
+    const struct timespec modified = status.st_mtimespec;
+#else
+    const struct timespec modified = status.st_mtim;
+#endif
+    snapshot.m_modifiedNanoseconds = qint64(modified.tv_sec) * 1'000'000'000 + modified.tv_nsec;
     return snapshot;
 }
 
@@ -71,9 +76,9 @@ bool FileSnapshot::sameContent(const FileSnapshot& other) const
 bool FileSnapshot::stillMatches(const QString& path) const
 {
     const FileSnapshot now = metadataOf(path);
-    const bool settled = m_lastModified.msecsTo(m_takenAt) > timeStampTickMilliseconds;
+    const bool settled = m_takenAtNanoseconds - m_modifiedNanoseconds > timeStampTickNanoseconds;
     if (settled && now.m_kind == m_kind && now.m_size == m_size && now.m_inode == m_inode
-        && now.m_lastModified == m_lastModified)
+        && now.m_modifiedNanoseconds == m_modifiedNanoseconds)
         return true;
     return sameContent(take(path));
 }
