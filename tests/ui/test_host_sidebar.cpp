@@ -142,6 +142,54 @@ private Q_SLOTS:
         QCOMPARE(viewModel.canReorderHosts(), reorder);
     }
 
+    // Filtering hides rows; it never chooses another host, and the editor keeps the chosen one.
+    void filteringKeepsTheSelectedHost_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("groupsDown");
+        QTest::addColumn<QStringList>("listed");
+        QTest::newRow("search hides it") << u"db"_s << 0 << QStringList{u"db-1"_s};
+        QTest::newRow("search hides every host") << u"zzz"_s << 0 << QStringList{};
+        QTest::newRow("group hides it") << QString() << 3 << QStringList{u"web-1"_s, u"db-1"_s};
+        QTest::newRow("search and group") << u"web"_s << 2 << QStringList{u"web-1"_s};
+    }
+
+    void filteringKeepsTheSelectedHost()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, groupsDown);
+        QFETCH(QStringList, listed);
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
+        MainWindow window(viewModel, std::nullopt);
+        window.resize(1080, 700);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto* list = child<HostListView>(window, u"hostList"_s);
+        clickRow(*list, 2);
+        const std::optional<QUuid> chosen = viewModel.selectedHostID();
+        QCOMPARE(viewModel.host(2).patterns.value(0), u"klant-acme"_s);
+        QCOMPARE(chosen, viewModel.host(2).id());
+
+        auto* search = child<QLineEdit>(window, u"hostSearchField"_s);
+        QTest::keyClicks(search, typed);
+        auto* picker = child<QComboBox>(window, u"groupPicker"_s);
+        picker->setFocus();
+        for (int i = 0; i < groupsDown; ++i)
+            QTest::keyClick(picker, Qt::Key_Down);
+        QCOMPARE(rowTexts(*list->model()), listed);
+        QCOMPARE(viewModel.selectedHostID(), chosen);
+        QVERIFY(list->selectionModel()->selectedRows().isEmpty());
+        QCOMPARE(child<QLineEdit>(window, u"hostPatternsField"_s)->text(), u"klant-acme"_s);
+
+        search->clear();
+        viewModel.setSearchText(QString());
+        viewModel.setSelectedGroup(u"All"_s);
+        QCOMPARE(viewModel.selectedHostID(), chosen);
+        QCOMPARE(list->currentIndex().row(), 2);
+        QVERIFY(list->selectionModel()->isSelected(list->currentIndex()));
+    }
+
     void searchFieldFollowsTheViewModel()
     {
         WindowFixture fixture;
