@@ -1,6 +1,7 @@
 #include "ContentView.h"
 
 #include "CreateGroupDialog.h"
+#include "CurrentPageSizing.h"
 #include "EmptyStateView.h"
 #include "HostDetailView.h"
 #include "HostSidebarView.h"
@@ -44,6 +45,8 @@ ContentView::ContentView(SSHConfigViewModel& viewModel, QWidget* parent)
     m_tabs->addTab(raw, u"Raw Editor"_s);
     auto* knownHosts = new KnownHostsView(viewModel, m_tabs);
     m_tabs->addTab(knownHosts, u"Known Hosts"_s);
+    // The known_hosts tab needs the most width; the other tabs leave that width to the host sidebar.
+    sizeToCurrentPage(*m_tabs);
     m_splitter->addWidget(m_sidebar);
     m_splitter->addWidget(m_tabs);
     m_splitter->setStretchFactor(0, 0);

@@ -1,6 +1,7 @@
 #include "KnownHostDetailView.h"
 
 #include "EmptyStateView.h"
+#include "FlowLayout.h"
 #include "SSHConfigViewModel.h"
 #include "SymbolIcon.h"
 #include "SymbolLabel.h"
@@ -98,18 +99,16 @@ QWidget* KnownHostDetailView::buildDetails()
 
 QWidget* KnownHostDetailView::buildFactsRow()
 {
+    // Both rows wrap rather than be cut when the pane is at its narrowest or the font is large.
     auto* row = new QWidget(m_details);
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(14);
+    auto* layout = new FlowLayout(14, 6, row);
     auto* facts = new QWidget(row);
     applyTextStyle(facts, TextStyle::caption);
     // Set as palette colour so the key type and both symbol labels inside inherit it.
     QPalette factsPalette = facts->palette();
     factsPalette.setColor(QPalette::WindowText, secondaryTextColor(factsPalette));
     facts->setPalette(factsPalette);
-    auto* factsLayout = new QHBoxLayout(facts);
-    factsLayout->setContentsMargins(0, 0, 0, 0);
+    auto* factsLayout = new FlowLayout(6, 4, facts);
     m_keyType = new QLabel(facts);
     m_keyType->setObjectName(u"knownHostKeyTypeLabel"_s);
     m_keyType->setTextFormat(Qt::PlainText);
@@ -122,16 +121,19 @@ QWidget* KnownHostDetailView::buildFactsRow()
     factsLayout->addWidget(m_commentedOut);
     layout->addWidget(facts);
 
-    auto* markerTitle = new QLabel(u"Marker"_s, row);
-    m_markerPicker = new QComboBox(row);
+    auto* markerGroup = new QWidget(row);
+    auto* markerLayout = new QHBoxLayout(markerGroup);
+    markerLayout->setContentsMargins(0, 0, 0, 0);
+    auto* markerTitle = new QLabel(u"Marker"_s, markerGroup);
+    m_markerPicker = new QComboBox(markerGroup);
     m_markerPicker->setObjectName(u"knownHostMarkerPicker"_s);
     m_markerPicker->addItem(u"None"_s);
     for (KnownHostMarker marker : allKnownHostMarkers)
         m_markerPicker->addItem(knownHostMarkerTitle(marker));
     markerTitle->setBuddy(m_markerPicker);
-    layout->addWidget(markerTitle);
-    layout->addWidget(m_markerPicker);
-    layout->addStretch(1);
+    markerLayout->addWidget(markerTitle);
+    markerLayout->addWidget(m_markerPicker);
+    layout->addWidget(markerGroup);
     // activated fires for the user's choice only, so showing the model's marker never writes it back.
     connect(m_markerPicker, &QComboBox::activated, this, &KnownHostDetailView::markerChosen);
     return row;
@@ -140,9 +142,7 @@ QWidget* KnownHostDetailView::buildFactsRow()
 QWidget* KnownHostDetailView::buildButtonRow()
 {
     auto* row = new QWidget(m_details);
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(10);
+    auto* layout = new FlowLayout(10, 6, row);
     QPushButton* connectButton = actionButton(row, u"knownHostConnectButton"_s, u"Connect"_s);
     connectButton->setIcon(symbolIcon(u"terminal"));
     m_commentButton = actionButton(row, u"knownHostCommentButton"_s, u"Comment Out"_s);
@@ -154,7 +154,6 @@ QWidget* KnownHostDetailView::buildButtonRow()
     remove->setPalette(removePalette);
     for (QPushButton* button : {connectButton, m_commentButton, openHost, remove})
         layout->addWidget(button);
-    layout->addStretch(1);
     SSHConfigViewModel* viewModel = &m_viewModel;
     connect(connectButton, &QPushButton::clicked, viewModel, &SSHConfigViewModel::connectSelectedKnownHostEntry);
     connect(m_commentButton, &QPushButton::clicked, viewModel,
