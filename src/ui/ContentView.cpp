@@ -10,6 +10,8 @@
 #include "SSHConfigViewModel.h"
 #include "SidebarView.h"
 
+#include <QAction>
+#include <QActionGroup>
 #include <QHBoxLayout>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -43,8 +45,8 @@ ContentView::ContentView(SSHConfigViewModel& viewModel, QWidget* parent)
     m_tabs->addTab(makeStructuredTab(), u"Structured Editor"_s);
     auto* raw = new RawEditorView(viewModel, m_tabs);
     m_tabs->addTab(raw, u"Raw Editor"_s);
-    auto* knownHosts = new KnownHostsView(viewModel, m_tabs);
-    m_tabs->addTab(knownHosts, u"Known Hosts"_s);
+    m_knownHosts = new KnownHostsView(viewModel, m_tabs);
+    m_tabs->addTab(m_knownHosts, u"Known Hosts"_s);
     // The known_hosts tab needs the most width; the other tabs leave that width to the host sidebar.
     sizeToCurrentPage(*m_tabs);
     m_splitter->addWidget(m_sidebar);
@@ -63,8 +65,38 @@ ContentView::ContentView(SSHConfigViewModel& viewModel, QWidget* parent)
     connect(&m_viewModel, &SSHConfigViewModel::hostsReset, this, &ContentView::showHostSelection);
     connect(&m_sidebar->hostSidebar(), &HostSidebarView::createGroupRequested, this,
             &ContentView::presentCreateGroupSheet);
+    makeTabActions();
     showActiveTab();
     showHostSelection();
+}
+
+void ContentView::makeTabActions()
+{
+    m_tabActions = new QActionGroup(this);
+    const QList<std::pair<QString, QString>> tabs{{u"structuredTabAction"_s, u"&Structured Editor"_s},
+                                                  {u"rawTabAction"_s, u"&Raw Editor"_s},
+                                                  {u"knownHostsTabAction"_s, u"&Known Hosts"_s}};
+    for (qsizetype i = 0; i < tabs.size(); ++i) {
+        auto* action = new QAction(tabs.at(i).second, m_tabActions);
+        action->setObjectName(tabs.at(i).first);
+        action->setCheckable(true);
+        action->setShortcut(QKeySequence(Qt::CTRL | (Qt::Key_1 + static_cast<int>(i))));
+        const auto tab = static_cast<EditorTab>(i);
+        connect(action, &QAction::triggered, &m_viewModel, [this, tab] { m_viewModel.setActiveEditorTab(tab); });
+    }
+}
+
+QList<QAction*> ContentView::tabActions() const
+{
+    return m_tabActions->actions();
+}
+
+void ContentView::focusSearchField()
+{
+    if (m_viewModel.activeEditorTab() == EditorTab::knownHosts)
+        m_knownHosts->focusSearchField();
+    else
+        m_sidebar->hostSidebar().focusSearchField();
 }
 
 QWidget* ContentView::makeStructuredTab()
@@ -95,6 +127,7 @@ void ContentView::presentCreateGroupSheet()
 void ContentView::showActiveTab()
 {
     const int index = tabIndex(m_viewModel.activeEditorTab());
+    m_tabActions->actions().at(index)->setChecked(true);
     if (m_tabs->currentIndex() != index)
         m_tabs->setCurrentIndex(index);
 }

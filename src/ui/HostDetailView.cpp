@@ -41,6 +41,8 @@ HostDetailView::HostDetailView(SSHConfigViewModel& viewModel, QWidget* parent)
     scrollArea->setObjectName(u"hostDetailScrollArea"_s);
     scrollArea->setWidgetResizable(true);
     scrollArea->setFrameShape(QFrame::NoFrame);
+    // The fields inside take the focus; a Tab stop on the frameless area itself would show nothing.
+    scrollArea->setFocusPolicy(Qt::NoFocus);
     scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
     m_form = new QWidget(scrollArea);

@@ -117,3 +117,9 @@ void HostSidebarView::updateNewGroupButton()
 {
     m_newGroup->setEnabled(m_viewModel.selectedHostID().has_value());
 }
+
+void HostSidebarView::focusSearchField()
+{
+    m_search->setFocus(Qt::ShortcutFocusReason);
+    m_search->selectAll();
+}

@@ -21,6 +21,9 @@ class HostSidebarView : public QWidget
 public:
     explicit HostSidebarView(SSHConfigViewModel& viewModel, QWidget* parent = nullptr);
 
+    /// Gives the search field the keyboard focus, with its text selected for typing over.
+    void focusSearchField();
+
     /// The filter option meaning no group filter.
     static QString allGroupsOption();
 

@@ -72,6 +72,8 @@ KnownHostDetailView::KnownHostDetailView(SSHConfigViewModel& viewModel, QWidget*
     m_detailsScroll = new QScrollArea(this);
     m_detailsScroll->setObjectName(u"knownHostDetailsScrollArea"_s);
     m_detailsScroll->setFrameShape(QFrame::NoFrame);
+    // The buttons inside take the focus; a Tab stop on the frameless area itself would show nothing.
+    m_detailsScroll->setFocusPolicy(Qt::NoFocus);
     m_detailsScroll->setWidgetResizable(true);
     m_detailsScroll->setWidget(buildDetails());
     m_pages->addWidget(m_detailsScroll);

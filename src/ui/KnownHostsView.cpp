@@ -165,3 +165,9 @@ void KnownHostsView::listSelectionChanged(const QItemSelection& selected, const 
     if (m_list->selectionModel()->selectedIndexes().isEmpty())
         m_viewModel.setSelectedKnownHostEntryID(std::nullopt);
 }
+
+void KnownHostsView::focusSearchField()
+{
+    m_searchField->setFocus(Qt::ShortcutFocusReason);
+    m_searchField->selectAll();
+}

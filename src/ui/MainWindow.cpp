@@ -5,6 +5,7 @@
 #include "FileChangeBar.h"
 #include "MainStatusBar.h"
 #include "MainToolBar.h"
+#include "MenuMirrorAction.h"
 
 #include <QMenuBar>
 #include <QVBoxLayout>
@@ -48,22 +49,50 @@ QWidget* MainWindow::makeCentralWidget(SSHConfigViewModel& viewModel)
 
 void MainWindow::buildMenuBar()
 {
+    buildFileMenu();
+    buildHostMenu();
+    buildViewMenu();
+    QMenu* help = menuBar()->addMenu(u"&Help"_s);
+    QAction* about = help->addAction(u"&About Tarnwick"_s, this, &MainWindow::aboutRequested);
+    about->setObjectName(u"aboutAction"_s);
+    about->setMenuRole(QAction::AboutRole);
+}
+
+void MainWindow::buildFileMenu()
+{
     QMenu* file = menuBar()->addMenu(u"&File"_s);
-    QAction* newWindow = file->addAction(u"New Window"_s, this, &MainWindow::newWindowRequested);
+    QAction* newWindow = file->addAction(u"&New Window"_s, this, &MainWindow::newWindowRequested);
     newWindow->setObjectName(u"newWindowAction"_s);
     newWindow->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
     file->addSeparator();
-    QAction* preferences = file->addAction(u"Preferences…"_s, this, &MainWindow::preferencesRequested);
+    addMirrorAction(*file, m_toolBar->reloadAction(), u"reloadMenuAction"_s);
+    // The toolbar's own save action: a second action with Ctrl+S would make the shortcut ambiguous.
+    file->addAction(&m_toolBar->saveAction());
+    file->addSeparator();
+    QAction* preferences = file->addAction(u"&Preferences…"_s, this, &MainWindow::preferencesRequested);
     preferences->setObjectName(u"preferencesAction"_s);
     preferences->setMenuRole(QAction::PreferencesRole);
     file->addSeparator();
-    QAction* quit = file->addAction(u"Quit"_s, this, &MainWindow::quitRequested);
+    QAction* quit = file->addAction(u"&Quit"_s, this, &MainWindow::quitRequested);
     quit->setObjectName(u"quitAction"_s);
     quit->setShortcut(QKeySequence::Quit);
     quit->setMenuRole(QAction::QuitRole);
+}
 
-    QMenu* help = menuBar()->addMenu(u"&Help"_s);
-    QAction* about = help->addAction(u"About Tarnwick"_s, this, &MainWindow::aboutRequested);
-    about->setObjectName(u"aboutAction"_s);
-    about->setMenuRole(QAction::AboutRole);
+void MainWindow::buildHostMenu()
+{
+    QMenu* host = menuBar()->addMenu(u"H&ost"_s);
+    addMirrorAction(*host, m_toolBar->connectAction(), u"connectMenuAction"_s);
+    addMirrorAction(*host, m_toolBar->addHostAction(), u"addHostMenuAction"_s);
+    addMirrorAction(*host, m_toolBar->deleteHostAction(), u"deleteHostMenuAction"_s);
+}
+
+void MainWindow::buildViewMenu()
+{
+    QMenu* view = menuBar()->addMenu(u"&View"_s);
+    view->addActions(m_content->tabActions());
+    view->addSeparator();
+    QAction* search = view->addAction(u"&Find"_s, m_content, &ContentView::focusSearchField);
+    search->setObjectName(u"searchAction"_s);
+    search->setShortcut(QKeySequence::Find);
 }
