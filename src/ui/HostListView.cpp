@@ -25,7 +25,8 @@ HostListView::HostListView(SSHConfigViewModel& viewModel, QWidget* parent)
     followRowChanges();
     setModel(m_filtered);
     setItemDelegate(new HostRowDelegate(this));
-    setUniformItemSizes(true);
+    // Rows differ in height (a second line only for hosts with groups), so sizes are not uniform; a
+    // config holds hundreds of hosts at most, not the known_hosts file's hundred thousand entries.
     setSelectionMode(QAbstractItemView::SingleSelection);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setEditTriggers(QAbstractItemView::NoEditTriggers);

@@ -34,11 +34,14 @@ QFont HostRowDelegate::groupsFont(const QFont& base)
     return font;
 }
 
-QSize HostRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const
+// A host without groups takes one line; the groups line below the title only when there are groups.
+QSize HostRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const int title = QFontMetrics(titleFont(option.font)).height();
-    const int groups = QFontMetrics(groupsFont(option.font)).height();
-    return {200, verticalPadding * 2 + title + lineSpacing + groups + 4};
+    int height = verticalPadding * 2 + title + 4;
+    if (!index.data(HostListModel::GroupsTextRole).toString().isEmpty())
+        height += lineSpacing + QFontMetrics(groupsFont(option.font)).height();
+    return {200, height};
 }
 
 void HostRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const

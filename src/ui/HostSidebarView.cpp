@@ -1,5 +1,6 @@
 #include "HostSidebarView.h"
 
+#include "ElidingComboBox.h"
 #include "HostListView.h"
 #include "SSHConfigViewModel.h"
 #include "SymbolIcon.h"
@@ -19,7 +20,7 @@ HostSidebarView::HostSidebarView(SSHConfigViewModel& viewModel, QWidget* parent)
     : QWidget(parent)
     , m_viewModel(viewModel)
     , m_search(new QLineEdit(this))
-    , m_groupPicker(new QComboBox(this))
+    , m_groupPicker(new ElidingComboBox(this))
     , m_newGroup(new QPushButton(symbolIcon(u"plus.circle"), u"Nieuwe groep"_s, this))
     , m_reorderHint(new QLabel(this))
     , m_list(new HostListView(viewModel, this))

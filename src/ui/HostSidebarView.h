@@ -3,7 +3,7 @@
 #include <QWidget>
 
 class HostListView;
-class QComboBox;
+class ElidingComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -40,7 +40,7 @@ private:
 
     SSHConfigViewModel& m_viewModel;
     QLineEdit* m_search;
-    QComboBox* m_groupPicker;
+    ElidingComboBox* m_groupPicker;
     QPushButton* m_newGroup;
     QLabel* m_reorderHint;
     HostListView* m_list;
