@@ -1,5 +1,6 @@
 #include "ContentView.h"
 
+#include "AccessibleText.h"
 #include "CreateGroupDialog.h"
 #include "CurrentPageSizing.h"
 #include "EmptyStateView.h"
@@ -41,12 +42,18 @@ ContentView::ContentView(SSHConfigViewModel& viewModel, QWidget* parent)
     m_splitter->setObjectName(u"contentSplitter"_s);
     m_splitter->setChildrenCollapsible(false);
     m_tabs->setObjectName(u"editorTabs"_s);
+    setAccessibleText(*m_tabs, u"Editors"_s,
+                      u"Structured Editor, Raw Editor en Known Hosts; kies met Ctrl+1, Ctrl+2 of Ctrl+3."_s);
     m_tabs->setDocumentMode(true);
     m_tabs->addTab(makeStructuredTab(), u"Structured Editor"_s);
     auto* raw = new RawEditorView(viewModel, m_tabs);
     m_tabs->addTab(raw, u"Raw Editor"_s);
     m_knownHosts = new KnownHostsView(viewModel, m_tabs);
     m_tabs->addTab(m_knownHosts, u"Known Hosts"_s);
+    // The tab bar reads out its current tab; each tab's tool tip is that tab's description.
+    m_tabs->setTabToolTip(tabIndex(EditorTab::structured), u"Eén host tegelijk bewerken (Ctrl+1)"_s);
+    m_tabs->setTabToolTip(tabIndex(EditorTab::raw), u"De SSH config als tekst (Ctrl+2)"_s);
+    m_tabs->setTabToolTip(tabIndex(EditorTab::knownHosts), u"De entries van known_hosts (Ctrl+3)"_s);
     // The known_hosts tab needs the most width; the other tabs leave that width to the host sidebar.
     sizeToCurrentPage(*m_tabs);
     m_splitter->addWidget(m_sidebar);

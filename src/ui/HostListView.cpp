@@ -1,5 +1,6 @@
 #include "HostListView.h"
 
+#include "AccessibleText.h"
 #include "HostFilterModel.h"
 #include "HostListModel.h"
 #include "HostRowDelegate.h"
@@ -20,6 +21,7 @@ HostListView::HostListView(SSHConfigViewModel& viewModel, QWidget* parent)
     , m_filtered(new HostFilterModel(*m_hosts, this))
 {
     setObjectName(u"hostList"_s);
+    setAccessibleText(*this, u"Hosts"_s, u"De hostblokken van de SSH config in bestandsvolgorde."_s);
     // Before setModel, so these run ahead of the list's own handlers, which move the selection to a
     // neighbour when the selected row is filtered away.
     followRowChanges();

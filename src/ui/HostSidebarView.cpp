@@ -1,5 +1,6 @@
 #include "HostSidebarView.h"
 
+#include "AccessibleText.h"
 #include "ElidingComboBox.h"
 #include "HostListView.h"
 #include "SSHConfigViewModel.h"
@@ -27,6 +28,8 @@ HostSidebarView::HostSidebarView(SSHConfigViewModel& viewModel, QWidget* parent)
 {
     setObjectName(u"hostSidebar"_s);
     m_search->setObjectName(u"hostSearchField"_s);
+    setAccessibleText(*m_search, u"Hosts zoeken"_s,
+                      u"Filtert de hostlijst op patroon, optie of groep."_s);
     m_search->setPlaceholderText(u"Search hosts / options / groups"_s);
     m_search->setClearButtonEnabled(true);
     m_reorderHint->setObjectName(u"reorderHint"_s);
@@ -72,9 +75,13 @@ QWidget* HostSidebarView::makeGroupRow()
     auto* label = new QLabel(u"Groep"_s, row);
     label->setBuddy(m_groupPicker);
     m_groupPicker->setObjectName(u"groupPicker"_s);
+    setAccessibleText(*m_groupPicker, u"Groep"_s,
+                      u"Toont alleen de hosts in deze groep; All toont alle hosts."_s);
     m_groupPicker->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_groupPicker->setMinimumContentsLength(8);
     m_newGroup->setObjectName(u"newGroupButton"_s);
+    setAccessibleText(*m_newGroup, u"Nieuwe groep"_s,
+                      u"Maakt een groep en koppelt die aan de geselecteerde host."_s);
     layout->addWidget(label);
     layout->addWidget(m_groupPicker, 1);
     layout->addWidget(m_newGroup);

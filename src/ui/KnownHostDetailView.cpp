@@ -1,5 +1,6 @@
 #include "KnownHostDetailView.h"
 
+#include "AccessibleText.h"
 #include "EmptyStateView.h"
 #include "FlowLayout.h"
 #include "SSHConfigViewModel.h"
@@ -129,6 +130,8 @@ QWidget* KnownHostDetailView::buildFactsRow()
     auto* markerTitle = new QLabel(u"Marker"_s, markerGroup);
     m_markerPicker = new QComboBox(markerGroup);
     m_markerPicker->setObjectName(u"knownHostMarkerPicker"_s);
+    setAccessibleText(*m_markerPicker, u"Marker"_s,
+                      u"Zet of verwijdert de marker van de geselecteerde entry."_s);
     m_markerPicker->addItem(u"None"_s);
     for (KnownHostMarker marker : allKnownHostMarkers)
         m_markerPicker->addItem(knownHostMarkerTitle(marker));
@@ -154,6 +157,14 @@ QWidget* KnownHostDetailView::buildButtonRow()
     QPalette removePalette = remove->palette();
     removePalette.setColor(QPalette::ButtonText, QColor(0xD0, 0x2B, 0x2B));
     remove->setPalette(removePalette);
+    setAccessibleText(*connectButton, u"Connect"_s, u"Start ssh naar de host van deze entry in je terminal."_s);
+    // The name follows the button's text (Comment Out or Uncomment) by itself.
+    m_commentButton->setAccessibleDescription(
+        u"Zet de entry als commentaar in known_hosts, of haalt het commentaar weg."_s);
+    setAccessibleText(*openHost, u"Find/Create SSH Host"_s,
+                      u"Selecteert de host met deze naam in de SSH config, of maakt er een."_s);
+    setAccessibleText(*remove, u"Remove"_s,
+                      u"Verwijdert de entry zonder te vragen; het bestand verandert pas bij opslaan."_s);
     for (QPushButton* button : {connectButton, m_commentButton, openHost, remove})
         layout->addWidget(button);
     SSHConfigViewModel* viewModel = &m_viewModel;
