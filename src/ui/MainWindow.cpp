@@ -6,8 +6,11 @@
 #include "MainStatusBar.h"
 #include "MainToolBar.h"
 #include "MenuMirrorAction.h"
+#include "MinimumWindowSize.h"
 
 #include <QMenuBar>
+#include <QScreen>
+#include <QWindow>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -25,12 +28,28 @@ MainWindow::MainWindow(SSHConfigViewModel& viewModel, std::optional<QUrl> donati
 {
     setObjectName(u"mainWindow"_s);
     setWindowTitle(u"Tarnwick"_s);
-    setMinimumSize(1080, 700);
+    fitMinimumSizeToScreen();
     setUnifiedTitleAndToolBarOnMac(true);
     addToolBar(Qt::TopToolBarArea, m_toolBar);
     setCentralWidget(makeCentralWidget(viewModel));
     setStatusBar(m_statusBar);
     buildMenuBar();
+}
+
+void MainWindow::fitMinimumSizeToScreen()
+{
+    const QScreen* current = screen();
+    setMinimumSize(minimumWindowSize(mainWindowMinimumSize, current ? current->availableGeometry() : QRect()));
+}
+
+void MainWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    // The window may be moved to a screen with another size or scale.
+    if (windowHandle() && !m_followsScreen) {
+        connect(windowHandle(), &QWindow::screenChanged, this, &MainWindow::fitMinimumSizeToScreen);
+        m_followsScreen = true;
+    }
 }
 
 // The bars about files changed by other programs sit above everything they concern.

@@ -10,7 +10,8 @@ class MainStatusBar;
 class MainToolBar;
 class SSHConfigViewModel;
 
-/// One main window, titled "Tarnwick", at least 1080 by 700: the toolbar, the content (sidebar and
+/// One main window, titled "Tarnwick", at least 1080 by 700 points (less only on a screen too small
+/// for that, for example at 150 % scaling on a 1400 by 900 display): the toolbar, the content (sidebar and
 /// tabs) and the status line, all on the one view model; any number of windows may show it at once.
 ///
 /// Its menu bar reaches every main action from the keyboard. File: New Window (Ctrl+N), Reload, the
@@ -42,7 +43,11 @@ Q_SIGNALS:
     void quitRequested();
     void aboutRequested();
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
+    void fitMinimumSizeToScreen();
     QWidget* makeCentralWidget(SSHConfigViewModel& viewModel);
     void buildMenuBar();
     void buildFileMenu();
@@ -52,4 +57,5 @@ private:
     MainToolBar* m_toolBar;
     ContentView* m_content;
     MainStatusBar* m_statusBar;
+    bool m_followsScreen = false;
 };
