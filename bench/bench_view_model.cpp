@@ -10,6 +10,7 @@
 #include "KnownHostsModel.h"
 #include "SSHConfigViewModel.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -18,6 +19,7 @@
 #include <benchmark/benchmark.h>
 
 #include <memory>
+#include <optional>
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -25,7 +27,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 QByteArray configText(int hosts)
 {
@@ -34,8 +37,8 @@ QByteArray configText(int hosts)
         const QByteArray n = QByteArray::number(i);
         if (i % 50 == 0)
             text += "# Group: team" + QByteArray::number(i / 50 % 40) + "\n";
-        text += "Host web" + n + " web" + n + ".lan\n    HostName 10." + QByteArray::number(i % 250) + ".0." +
-                QByteArray::number(i / 250) + "\n    User deploy\n    Port 22\n\n";
+        text += "Host web" + n + " web" + n + ".lan\n    HostName 10." + QByteArray::number(i % 250) + ".0."
+            + QByteArray::number(i / 250) + "\n    User deploy\n    Port 22\n\n";
     }
     return text;
 }
@@ -48,8 +51,8 @@ struct Setup
         writeFile(directory.filePath(u".ssh/config"_s), configText(10'000));
         writeFile(directory.filePath(u".ssh/known_hosts"_s), realisticKnownHostsText(100'000));
         viewModel = std::make_unique<SSHConfigViewModel>(
-            std::make_shared<SSHFileService>(directory.filePath(u".ssh/config"_s),
-                                             directory.filePath(u".ssh/known_hosts"_s)),
+            std::make_shared<SSHFileService>(
+                directory.filePath(u".ssh/config"_s), directory.filePath(u".ssh/known_hosts"_s)),
             std::make_shared<NoTerminals>(), std::make_shared<NoLaunch>(),
             std::make_shared<InMemoryUserDefaultsStore>());
         hosts = std::make_unique<HostListModel>(*viewModel);
@@ -76,15 +79,18 @@ struct Setup
     std::unique_ptr<KnownHostsFilterModel> knownHostsFilter;
 };
 
+std::optional<Setup> instance;
+
 Setup& setup()
 {
-    static Setup instance;
-    return instance;
+    if (!instance)
+        instance.emplace();
+    return *instance;
 }
 
 // Alternates between two texts, as typing a character and deleting it again would.
 void keystrokes(benchmark::State& state, void (SSHConfigViewModel::*set)(const QString&), const QString& shorter,
-                const QString& longer, const QAbstractItemModel& filter)
+    const QString& longer, const QAbstractItemModel& filter)
 {
     SSHConfigViewModel& vm = *setup().viewModel;
     bool toggle = false;
@@ -98,16 +104,15 @@ void keystrokes(benchmark::State& state, void (SSHConfigViewModel::*set)(const Q
 
 void BM_KnownHostsSearchKeystroke_Host(benchmark::State& state)
 {
-    keystrokes(state, &SSHConfigViewModel::setKnownHostsSearchText, u"host12"_s, u"host123"_s,
-               *setup().knownHostsFilter);
+    keystrokes(
+        state, &SSHConfigViewModel::setKnownHostsSearchText, u"host12"_s, u"host123"_s, *setup().knownHostsFilter);
 }
 BENCHMARK(BM_KnownHostsSearchKeystroke_Host)->Unit(benchmark::kMillisecond);
 
 // A query found nowhere makes every entry search all of its fields, keys included.
 void BM_KnownHostsSearchKeystroke_NoMatch(benchmark::State& state)
 {
-    keystrokes(state, &SSHConfigViewModel::setKnownHostsSearchText, u"qq.z"_s, u"qq.zx"_s,
-               *setup().knownHostsFilter);
+    keystrokes(state, &SSHConfigViewModel::setKnownHostsSearchText, u"qq.z"_s, u"qq.zx"_s, *setup().knownHostsFilter);
 }
 BENCHMARK(BM_KnownHostsSearchKeystroke_NoMatch)->Unit(benchmark::kMillisecond);
 
@@ -143,8 +148,8 @@ void BM_MarkerChange(benchmark::State& state)
     s.selectEntry(50'000);
     bool toggle = false;
     for (auto _ : state) {
-        s.viewModel->setMarkerOnSelectedKnownHostEntry(toggle ? std::nullopt
-                                                              : std::optional(KnownHostMarker::certAuthority));
+        s.viewModel->setMarkerOnSelectedKnownHostEntry(
+            toggle ? std::nullopt : std::optional(KnownHostMarker::certAuthority));
         toggle = !toggle;
     }
 }
@@ -228,9 +233,9 @@ void BM_HistoryMemoryPerStep(benchmark::State& state)
     for (auto _ : state) {
         // A view model of its own, so the history starts empty.
         SSHConfigViewModel viewModel(std::make_shared<SSHFileService>(s.directory.filePath(u".ssh/config"_s),
-                                                                      s.directory.filePath(u".ssh/known_hosts"_s)),
-                                     std::make_shared<NoTerminals>(), std::make_shared<NoLaunch>(),
-                                     std::make_shared<InMemoryUserDefaultsStore>());
+                                         s.directory.filePath(u".ssh/known_hosts"_s)),
+            std::make_shared<NoTerminals>(), std::make_shared<NoLaunch>(),
+            std::make_shared<InMemoryUserDefaultsStore>());
         viewModel.setActiveEditorTab(SSHConfigViewModel::EditorTab::knownHosts);
         const auto entryID = [&viewModel](qsizetype record) {
             return viewModel.knownHostsDocument().records().at(record).kind().entry()->id();
@@ -251,4 +256,15 @@ BENCHMARK(BM_HistoryMemoryPerStep)->Unit(benchmark::kMillisecond)->Iterations(1)
 
 } // namespace
 
-BENCHMARK_MAIN();
+// The view model watches its files, as in the application, so it needs an event loop's application.
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    instance.reset();
+    return 0;
+}
