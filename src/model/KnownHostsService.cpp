@@ -104,8 +104,8 @@ KnownHostsParseResult KnownHostsService::parse(const QString& text) const
     KnownHostsParseResult result;
     QList<KnownHostsRecord>& records = result.document.records();
     // Entries share the text rather than copy their fields out of it, which takes a text that owns
-    // its characters.
-    const QString source = text.data_ptr().isMutable() ? text : QString(text.constData(), text.size());
+    // its characters: one made with fromRawData() or from a literal has no allocated capacity.
+    const QString source = text.capacity() >= text.size() ? text : QString(text.constData(), text.size());
     const QStringView view(source);
     records.reserve(KnownHostsTextScan::countLineBreaks(view) + 1);
     adviseHugePages(records.data(), static_cast<std::size_t>(records.capacity()) * sizeof(KnownHostsRecord));

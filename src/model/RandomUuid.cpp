@@ -3,48 +3,26 @@
 #include <QRandomGenerator>
 
 #include <array>
+#include <random>
 
 namespace
 {
-// xoshiro256** (Blackman and Vigna): a few shifts and multiplies per draw. Ids need to be unique,
-// not secret, and a known_hosts file of a million lines asks for two million of them at load.
-class FastGenerator
+// Ids need to be unique, not secret; a standard engine seeded once from the system is fast enough
+// for the two ids per line that a large known_hosts file asks for at load.
+std::mt19937_64 seededEngine()
 {
-public:
-    FastGenerator()
-    {
-        // The system source never yields an all-zero state in practice; guard anyway, as that
-        // state would repeat forever.
-        QRandomGenerator::system()->fillRange(m_state.data(), static_cast<qsizetype>(m_state.size()));
-        if (m_state == std::array<quint64, 4>{})
-            m_state[0] = 0x9E3779B97F4A7C15ULL;
-    }
-
-    quint64 next()
-    {
-        const quint64 result = rotateLeft(m_state[1] * 5, 7) * 9;
-        const quint64 shifted = m_state[1] << 17;
-        m_state[2] ^= m_state[0];
-        m_state[3] ^= m_state[1];
-        m_state[1] ^= m_state[2];
-        m_state[0] ^= m_state[3];
-        m_state[2] ^= shifted;
-        m_state[3] = rotateLeft(m_state[3], 45);
-        return result;
-    }
-
-private:
-    static quint64 rotateLeft(quint64 x, int k) { return (x << k) | (x >> (64 - k)); }
-
-    std::array<quint64, 4> m_state{};
-};
+    std::array<quint32, std::mt19937_64::state_size> seed{};
+    QRandomGenerator::system()->fillRange(seed.data(), static_cast<qsizetype>(seed.size()));
+    std::seed_seq sequence(seed.begin(), seed.end());
+    return std::mt19937_64(sequence);
+}
 } // namespace
 
 QUuid createRandomUuid()
 {
-    thread_local FastGenerator generator;
-    const quint64 high = generator.next();
-    const quint64 low = generator.next();
+    thread_local std::mt19937_64 engine = seededEngine();
+    const quint64 high = engine();
+    const quint64 low = engine();
 
     const auto byteOf = [low](int index) { return static_cast<uchar>(low >> (8 * index)); };
     return QUuid(static_cast<uint>(high >> 32), static_cast<ushort>(high >> 16),
