@@ -1,15 +1,11 @@
 #include "SSHConfigViewModel.h"
 
+#include "GroupList.h"
+
 #include "FileWatcher.h"
 #include "ServiceError.h"
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-const QString allGroups = u"All"_s;
-
-} // namespace
 
 SSHConfigViewModel::SSHConfigViewModel(std::shared_ptr<SSHFileService> fileService,
                                        std::shared_ptr<TerminalDiscovering> terminalDiscovery,
@@ -21,7 +17,7 @@ SSHConfigViewModel::SSHConfigViewModel(std::shared_ptr<SSHFileService> fileServi
     , m_terminalLauncher(std::move(terminalLauncher))
     , m_userDefaults(std::move(userDefaults))
     , m_preferredTerminalBundleIdentifierKey(u"preferredTerminalBundleIdentifier"_s)
-    , m_selectedGroup(allGroups)
+    , m_selectedGroup(allGroupsFilter())
 {
     Q_ASSERT(m_fileService && m_terminalDiscovery && m_terminalLauncher && m_userDefaults);
     refreshTerminalApps();

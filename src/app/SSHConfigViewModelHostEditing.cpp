@@ -2,11 +2,11 @@
 
 #include "SSHConfigViewModel.h"
 
+#include "GroupList.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString allGroups = u"All"_s;
 
 // A name under a domain reserved for documentation, so a new host never points at a real machine.
 const QString placeholderHostName = u"new-host.example.com"_s;
@@ -40,7 +40,7 @@ void SSHConfigViewModel::addHost()
 {
     const ConfigUndoState before = captureConfigState();
     QStringList groups;
-    if (m_selectedGroup != allGroups)
+    if (m_selectedGroup != allGroupsFilter())
         groups.append(m_selectedGroup);
     const SSHHost host({u"new-host"_s}, groups, true,
                        {SSHHostItem::option(SSHOption(u"HostName"_s, placeholderHostName)),

@@ -2,6 +2,8 @@
 
 #include "SSHConfigViewModel.h"
 
+#include "GroupList.h"
+
 #include "LoweredTextSearch.h"
 
 #include <QCollator>
@@ -12,8 +14,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString allGroups = u"All"_s;
 
 bool optionMatches(const SSHHostItem& item, QStringView loweredQuery)
 {
@@ -41,7 +41,7 @@ QList<SSHHost> SSHConfigViewModel::filteredHosts() const
 
 bool SSHConfigViewModel::hostMatchesFilters(const SSHHost& host, QStringView loweredQuery) const
 {
-    if (m_selectedGroup != allGroups) {
+    if (m_selectedGroup != allGroupsFilter()) {
         const bool inGroup = std::any_of(host.groups.cbegin(), host.groups.cend(), [this](const QString& group) {
             return group.compare(m_selectedGroup, Qt::CaseInsensitive) == 0;
         });
@@ -93,7 +93,7 @@ std::optional<QString> SSHConfigViewModel::groupDeclarationName(QStringView comm
 
 bool SSHConfigViewModel::canReorderHosts() const
 {
-    return m_searchText.trimmed().isEmpty() && m_selectedGroup == allGroups;
+    return m_searchText.trimmed().isEmpty() && m_selectedGroup == allGroupsFilter();
 }
 
 void SSHConfigViewModel::moveHosts(const QList<qsizetype>& fromOffsets, qsizetype toOffset)

@@ -18,3 +18,8 @@ void appendUniqueGroups(const QStringList& labels, QStringList& groups)
     for (const QString& label : labels)
         appendUniqueGroup(label, groups);
 }
+
+QString allGroupsFilter()
+{
+    return QStringLiteral("All");
+}

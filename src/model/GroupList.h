@@ -9,3 +9,6 @@ void appendUniqueGroup(const QString& label, QStringList& groups);
 
 /// appendUniqueGroup for each of labels, in order.
 void appendUniqueGroups(const QStringList& labels, QStringList& groups);
+
+/// The group filter's value that shows hosts of every group: "All".
+QString allGroupsFilter();

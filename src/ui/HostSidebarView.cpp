@@ -1,5 +1,7 @@
 #include "HostSidebarView.h"
 
+#include "GroupList.h"
+
 #include "AccessibleText.h"
 #include "ElidingComboBox.h"
 #include "HostListView.h"
@@ -61,11 +63,6 @@ HostSidebarView::HostSidebarView(SSHConfigViewModel& viewModel, QWidget* parent)
     updateNewGroupButton();
 }
 
-QString HostSidebarView::allGroupsOption()
-{
-    return u"All"_s;
-}
-
 QWidget* HostSidebarView::makeGroupRow()
 {
     auto* row = new QWidget(this);
@@ -96,7 +93,7 @@ void HostSidebarView::showSearchText()
 
 void HostSidebarView::showGroups()
 {
-    QStringList options{allGroupsOption()};
+    QStringList options{allGroupsFilter()};
     options += m_viewModel.availableGroups();
     const QString& selected = m_viewModel.selectedGroup();
     // A filter on a group that no host carries any more is still in force; it stays visible as an option.

@@ -25,7 +25,6 @@ public:
     void focusSearchField();
 
     /// The filter option meaning no group filter.
-    static QString allGroupsOption();
 
 Q_SIGNALS:
     /// The user asked to create a group for the selected host ("Nieuwe groep").
