@@ -328,8 +328,9 @@ public:
     /// structured editor.
     void openSSHHostForSelectedKnownHostEntry();
     void deleteSelectedKnownHostEntry();
-    /// Sets every entry's lineNumber to its record's position plus one.
-    void renumberKnownHostEntries();
+    /// Sets every entry's lineNumber to its record's position plus one; true, after announcing the
+    /// change, when any entry had another number.
+    bool renumberKnownHostEntries();
     /// The position of the record holding the entry with that id, or nothing.
     std::optional<qsizetype> indexOfKnownHostRecord(const QUuid& entryID) const;
     /// Alias, host name, user and port for a config host made from the entry, or nothing when the

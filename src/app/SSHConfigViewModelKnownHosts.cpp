@@ -145,9 +145,10 @@ void SSHConfigViewModel::deleteSelectedKnownHostEntry()
     Q_EMIT knownHostRecordAboutToBeRemoved(*position);
     m_knownHostsDocument.records().removeAt(*position);
     Q_EMIT knownHostRecordRemoved(*position);
-    Q_EMIT knownHostsDocumentChanged();
     setKnownHostsDirty(true);
-    renumberKnownHostEntries();
+    // Renumbering announces the change itself when any entry followed the removed one.
+    if (!renumberKnownHostEntries())
+        Q_EMIT knownHostsDocumentChanged();
     updateKnownHostsEntryCount();
     ensureValidKnownHostSelection();
     recordKnownHostsRecordChange(u"Entry verwijderen"_s, u"Entry verwijderd"_s, *position, removed, std::nullopt,
@@ -155,7 +156,7 @@ void SSHConfigViewModel::deleteSelectedKnownHostEntry()
     setStatusMessage(u"known_hosts entry verwijderd."_s);
 }
 
-void SSHConfigViewModel::renumberKnownHostEntries()
+bool SSHConfigViewModel::renumberKnownHostEntries()
 {
     QList<KnownHostsRecord>& records = m_knownHostsDocument.records();
     qsizetype first = std::numeric_limits<qsizetype>::max();
@@ -171,9 +172,10 @@ void SSHConfigViewModel::renumberKnownHostEntries()
         last = i;
     }
     if (last < 0)
-        return;
+        return false;
     Q_EMIT knownHostRecordsChanged(first, last, true);
     Q_EMIT knownHostsDocumentChanged();
+    return true;
 }
 
 std::optional<SSHConfigViewModel::KnownHostSeed> SSHConfigViewModel::knownHostSeed(const KnownHostEntry& entry)

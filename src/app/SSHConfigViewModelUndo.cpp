@@ -126,9 +126,11 @@ SSHConfigViewModel::KnownHostsUndoView SSHConfigViewModel::captureKnownHostsView
     return {m_selectedKnownHostEntryID, m_activeEditorTab};
 }
 
+// Follows every change of an undo or a redo, and announces it once.
 void SSHConfigViewModel::restoreKnownHostsView(const KnownHostsUndoView& view)
 {
-    renumberKnownHostEntries();
+    if (!renumberKnownHostEntries())
+        Q_EMIT knownHostsDocumentChanged();
     updateKnownHostsEntryCount();
     setKnownHostsDirty(!m_knownHostsHistory.atSavedState());
     if (view.selectedEntryID && indexOfKnownHostRecord(*view.selectedEntryID))
@@ -186,7 +188,6 @@ void SSHConfigViewModel::swapKnownHosts(KnownHostsSide& other)
     Q_EMIT knownHostsAboutToBeReset();
     std::swap(m_knownHostsDocument, other.document);
     Q_EMIT knownHostsReset();
-    Q_EMIT knownHostsDocumentChanged();
     std::swap(m_knownHostsParseErrors, other.errors);
     Q_EMIT knownHostsParseErrorsChanged();
 }
@@ -207,5 +208,4 @@ void SSHConfigViewModel::putKnownHostsRecord(qsizetype position, const std::opti
         records.insert(position, *wanted);
         Q_EMIT knownHostRecordInserted(position);
     }
-    Q_EMIT knownHostsDocumentChanged();
 }

@@ -110,7 +110,7 @@ private Q_SLOTS:
         QTest::newRow("marker") << 3 << QStringList{u"knownHostsDirty=1"_s, u"knownHostsDocument=1"_s,
                                                     u"statusMessage=1"_s, u"undoHistory=1"_s};
         QTest::newRow("delete entry")
-            << 4 << QStringList{u"knownHostsDirty=1"_s, u"knownHostsDocument=2"_s, u"knownHostsEntryCount=1"_s,
+            << 4 << QStringList{u"knownHostsDirty=1"_s, u"knownHostsDocument=1"_s, u"knownHostsEntryCount=1"_s,
                                 u"selectedKnownHostEntryID=1"_s, u"statusMessage=1"_s, u"undoHistory=1"_s};
         QTest::newRow("save config")
             << 5 << QStringList{u"lastBackupPath=1"_s, u"rawText=1"_s, u"statusMessage=1"_s};

@@ -3,6 +3,8 @@
 
 #include "ViewModelFixture.h"
 
+#include <QSignalSpy>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -199,7 +201,11 @@ private Q_SLOTS:
         QVERIFY(!(after == before));
         QCOMPARE(vm.undoText(), u"Ongedaan maken: "_s + stepName);
 
+        // Each undo and redo announces a known_hosts change once, and only when there is one.
+        const int knownHostsAnnouncements = after.knownHostsDocument == before.knownHostsDocument ? 0 : 1;
+        QSignalSpy knownHostsChanges(&vm, &SSHConfigViewModel::knownHostsDocumentChanged);
         vm.undo();
+        QCOMPARE(knownHostsChanges.size(), knownHostsAnnouncements);
         State expected = before;
         // An undone reload shows what the file no longer holds: that is unsaved, whatever it was before.
         if (operation == Operation::reloadConfig)
@@ -212,7 +218,9 @@ private Q_SLOTS:
         vm.setActiveEditorTab(after.tab);
         QVERIFY(vm.canRedo());
         QCOMPARE(vm.redoText(), u"Opnieuw doen: "_s + stepName);
+        knownHostsChanges.clear();
         vm.redo();
+        QCOMPARE(knownHostsChanges.size(), knownHostsAnnouncements);
         QVERIFY2(stateOf(vm) == after, qPrintable(differences(stateOf(vm), after)));
         QVERIFY2(vm.statusMessage().startsWith(u"Opnieuw gedaan: "_s), qPrintable(vm.statusMessage()));
     }
