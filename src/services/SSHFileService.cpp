@@ -1,5 +1,6 @@
 #include "SSHFileService.h"
 
+#include "CanonicalText.h"
 #include "HomeDirectory.h"
 #include "RandomUuid.h"
 #include "SSHFileServiceError.h"
@@ -69,10 +70,7 @@ std::optional<QString> SSHFileService::backUp(const QString& location) const
 
 void SSHFileService::verify(const QString& text, const QString& location) const
 {
-    const QString written = m_fileManager.readUtf8Text(location);
-    if (written == text)
-        return;
-    if (written.normalized(QString::NormalizationForm_C) != text.normalized(QString::NormalizationForm_C))
+    if (!canonicallyEqual(m_fileManager.readUtf8Text(location), text))
         throw SSHFileServiceError::writeVerificationFailed(location);
 }
 

@@ -1,15 +1,12 @@
 #include "TerminalLauncher.h"
 
+#include "FileManager.h"
 #include "ServiceError.h"
 #include "TerminalLaunchError.h"
 
 #include <QDir>
-#include <QFileInfo>
-#include <QSaveFile>
 
 #include <array>
-#include <filesystem>
-#include <system_error>
 
 using namespace Qt::StringLiterals;
 
@@ -33,15 +30,6 @@ bool isAuthorisationRefusal(const TerminalLaunchError& error)
     return false;
 }
 
-void createDirectoryIfMissing(const QString& path)
-{
-    if (QFileInfo::exists(path))
-        return;
-    std::error_code error;
-    std::filesystem::create_directories(std::filesystem::path(path.toStdU16String()), error);
-    if (error)
-        throw PlatformError(QString::fromLocal8Bit(error.message()) + u": "_s + path);
-}
 } // namespace
 
 TerminalLauncher::TerminalLauncher(WarpLocations warpLocations, AppleScriptExecutor appleScriptExecutor,
@@ -172,15 +160,16 @@ void TerminalLauncher::launchThroughWarp(const QString& scheme, const QString& c
 
 void TerminalLauncher::writeWarpConfiguration(const QString& command)
 {
+    const FileManager files;
     const QString directory = m_warpLocations.launchConfigurationDirectory;
-    createDirectoryIfMissing(directory);
+    if (!files.fileExists(directory))
+        files.createDirectory(directory);
     const QString path = QDir(directory).filePath(warpConfigurationName + u".yaml"_s);
-
-    QSaveFile file(path);
-    const QByteArray content = warpLaunchConfiguration(m_warpLocations.homeDirectory, command).toUtf8();
-    const bool written = file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit();
-    if (!written)
+    try {
+        files.writeAtomically(path, warpLaunchConfiguration(m_warpLocations.homeDirectory, command).toUtf8());
+    } catch (const PlatformError&) {
         throw TerminalLaunchError::warpConfigWriteFailed(path);
+    }
 }
 
 void TerminalLauncher::launchOnCommandLine(const TerminalApp& app, const QString& command)
