@@ -4,7 +4,6 @@
 #include "DesktopApplicationOpener.h"
 #include "DesktopEntry.h"
 #include "DesktopExecLine.h"
-#include "HomeDirectory.h"
 #include "SchemeHandlerLookup.h"
 #include "TerminalAppDiscoveryService.h"
 #include "TerminalLaunchError.h"
@@ -163,7 +162,7 @@ private slots:
         QTest::addColumn<QByteArray>("dataDirs");
         QTest::addColumn<QStringList>("expected");
 
-        const QString home = userHomeDirectory();
+        const QString home = QDir::homePath();
         QTest::newRow("both set") << QByteArray("/x/share") << QByteArray("/a:/b/")
                                   << QStringList { u"/x/share/applications"_s, u"/a/applications"_s,
                                          u"/b/applications"_s };
@@ -334,6 +333,13 @@ private slots:
         QTest::newRow("entry declares another")
             << u"apps/dev.warp.Warp.desktop"_s << entry << u"warppreview"_s << false;
         QTest::newRow("empty scheme") << u"apps/dev.warp.Warp.desktop"_s << entry << QString() << false;
+        QTest::newRow("mime type of an action says nothing")
+            << u"apps/dev.warp.Warp.desktop"_s
+            << QByteArray("[Desktop Entry]\nName=Warp\n[Desktop Action x]\nMimeType=x-scheme-handler/warp;\n")
+            << u"warp"_s << false;
+        QTest::newRow("key that only starts with MimeType says nothing")
+            << u"apps/dev.warp.Warp.desktop"_s
+            << QByteArray("[Desktop Entry]\nName=Warp\nMimeTypeHint=x-scheme-handler/warp;\n") << u"warp"_s << false;
     }
 
     void schemeHasHandler()

@@ -1,6 +1,5 @@
 #include "DesktopEntry.h"
 
-#include <QFile>
 #include <QLocale>
 #include <QStringList>
 
@@ -68,40 +67,27 @@ QStringList localeKeys(QString localeName)
 }
 } // namespace
 
+DesktopEntry::DesktopEntry(DesktopFile::Group values)
+    : m_values(std::move(values))
+{ }
+
 std::optional<DesktopEntry> DesktopEntry::read(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return parse(file.readAll());
+    const std::optional<DesktopFile> file = DesktopFile::read(path);
+    return file ? fromFile(*file) : std::nullopt;
 }
 
 std::optional<DesktopEntry> DesktopEntry::parse(const QByteArray& content)
 {
-    DesktopEntry entry;
-    bool inGroup = false;
-    bool sawGroup = false;
-    for (const QString& rawLine : QString::fromUtf8(content).split(u'\n')) {
-        const QString line = rawLine.trimmed();
-        if (line.isEmpty() || line.startsWith(u'#'))
-            continue;
-        if (line.startsWith(u'[')) {
-            if (sawGroup)
-                break; // only the first "[Desktop Entry]" group counts
-            inGroup = line == u"[Desktop Entry]"_s;
-            sawGroup = inGroup;
-            continue;
-        }
-        const qsizetype equals = line.indexOf(u'=');
-        if (!inGroup || equals <= 0)
-            continue;
-        const QString key = line.left(equals).trimmed();
-        if (!entry.m_values.contains(key))
-            entry.m_values.insert(key, line.mid(equals + 1).trimmed());
-    }
-    if (!sawGroup)
+    return fromFile(DesktopFile::parse(content));
+}
+
+std::optional<DesktopEntry> DesktopEntry::fromFile(const DesktopFile& file)
+{
+    const DesktopFile::Group* group = file.group(u"Desktop Entry"_s);
+    if (!group)
         return std::nullopt;
-    return entry;
+    return DesktopEntry(*group);
 }
 
 std::optional<QString> DesktopEntry::value(const QString& key) const

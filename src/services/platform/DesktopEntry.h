@@ -1,7 +1,8 @@
 #pragma once
 
+#include "DesktopFile.h"
+
 #include <QByteArray>
-#include <QHash>
 #include <QString>
 
 #include <optional>
@@ -27,5 +28,8 @@ public:
     static QString messagesLocaleName();
 
 private:
-    QHash<QString, QString> m_values;
+    explicit DesktopEntry(DesktopFile::Group values);
+    static std::optional<DesktopEntry> fromFile(const DesktopFile& file);
+
+    DesktopFile::Group m_values;
 };

@@ -1,67 +1,34 @@
 #include "SchemeHandlerLookup.h"
 
-#include "HomeDirectory.h"
+#include "DesktopEntry.h"
+#include "DesktopFile.h"
 #include "XdgApplicationLocator.h"
+#include "XdgDirectories.h"
 
 #include <QDir>
 #include <QFile>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-/// Whether a group among groups of the ini-style file at path gives key a non-empty value.
+/// Whether a group among groups of the desktop file at path lists anything for key.
 bool hasValueInGroups(const QString& path, const QStringList& groups, const QString& key)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    bool inGroup = false;
-    for (const QString& rawLine : QString::fromUtf8(file.readAll()).split(u'\n')) {
-        const QString line = rawLine.trimmed();
-        if (line.startsWith(u'[')) {
-            inGroup = groups.contains(line.mid(1, line.size() - 2));
-            continue;
-        }
-        const qsizetype equals = line.indexOf(u'=');
-        if (inGroup && equals > 0 && line.left(equals).trimmed().compare(key, Qt::CaseInsensitive) == 0) {
-            if (!line.mid(equals + 1).split(u';', Qt::SkipEmptyParts).isEmpty())
-                return true;
-        }
-    }
-    return false;
+    const std::optional<DesktopFile> file = DesktopFile::read(path);
+    return file && std::any_of(groups.cbegin(), groups.cend(), [&](const QString& group) {
+        return !file->listValue(group, key).isEmpty();
+    });
 }
 
 bool desktopEntryDeclares(const QString& path, const QString& mimeType)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    for (const QString& rawLine : QString::fromUtf8(file.readAll()).split(u'\n')) {
-        const QString line = rawLine.trimmed();
-        if (!line.startsWith(u"MimeType"_s))
-            continue;
-        const QString value = line.section(u'=', 1).trimmed();
-        if (value.split(u';', Qt::SkipEmptyParts).contains(mimeType, Qt::CaseInsensitive))
-            return true;
-    }
-    return false;
+    const std::optional<DesktopEntry> entry = DesktopEntry::read(path);
+    return entry && entry->value(u"MimeType"_s).value_or(QString()).split(u';', Qt::SkipEmptyParts).contains(mimeType, Qt::CaseInsensitive);
 }
 
-QStringList configDirectoriesFromEnvironment()
-{
-    QString configHome = qEnvironmentVariable("XDG_CONFIG_HOME");
-    if (!QDir::isAbsolutePath(configHome))
-        configHome = userHomeDirectory() + u"/.config"_s;
-    QStringList directories { configHome };
-    for (const QString& directory : qEnvironmentVariable("XDG_CONFIG_DIRS").split(u':', Qt::SkipEmptyParts)) {
-        if (QDir::isAbsolutePath(directory))
-            directories << directory;
-    }
-    if (directories.size() == 1)
-        directories << u"/etc/xdg"_s;
-    return directories;
-}
 } // namespace
 
 SchemeHandlerLookup::SchemeHandlerLookup(QStringList configDirectories, QStringList applicationDirectories)
@@ -72,7 +39,7 @@ SchemeHandlerLookup::SchemeHandlerLookup(QStringList configDirectories, QStringL
 SchemeHandlerLookup SchemeHandlerLookup::fromEnvironment()
 {
     return SchemeHandlerLookup(
-        configDirectoriesFromEnvironment(), XdgApplicationLocator::applicationDirectoriesFromEnvironment());
+        xdgDirectories(QStandardPaths::GenericConfigLocation, u".config"_s), XdgApplicationLocator::applicationDirectoriesFromEnvironment());
 }
 
 bool SchemeHandlerLookup::hasHandler(const QString& scheme) const

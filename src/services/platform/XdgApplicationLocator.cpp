@@ -1,9 +1,8 @@
 #include "XdgApplicationLocator.h"
 
 #include "DesktopEntry.h"
-#include "HomeDirectory.h"
+#include "XdgDirectories.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -11,17 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-/// The absolute directories of a colon-separated XDG list; relative ones are invalid and ignored.
-QStringList absoluteDirectories(const QString& list)
-{
-    QStringList directories;
-    for (const QString& directory : list.split(u':', Qt::SkipEmptyParts)) {
-        if (QDir::isAbsolutePath(directory))
-            directories << QDir::cleanPath(directory);
-    }
-    return directories;
-}
-
 bool isLaunchable(const DesktopEntry& entry)
 {
     if (const auto type = entry.value(u"Type"_s); type && *type != u"Application"_s)
@@ -47,18 +35,7 @@ XdgApplicationLocator XdgApplicationLocator::fromEnvironment()
 
 QStringList XdgApplicationLocator::applicationDirectoriesFromEnvironment()
 {
-    QStringList dataHome = absoluteDirectories(qEnvironmentVariable("XDG_DATA_HOME"));
-    if (dataHome.isEmpty())
-        dataHome << userHomeDirectory() + u"/.local/share"_s;
-    QStringList dataDirs = absoluteDirectories(qEnvironmentVariable("XDG_DATA_DIRS"));
-    if (dataDirs.isEmpty())
-        dataDirs << u"/usr/local/share"_s << u"/usr/share"_s;
-
-    QStringList directories;
-    for (const QString& base : QStringList { dataHome.constFirst() } + dataDirs)
-        directories << base + u"/applications"_s;
-    directories.removeDuplicates();
-    return directories;
+    return xdgDirectories(QStandardPaths::ApplicationsLocation, u".local/share/applications"_s);
 }
 
 std::optional<QString> XdgApplicationLocator::applicationLocation(const QString& desktopId) const
