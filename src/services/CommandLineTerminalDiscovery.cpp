@@ -1,6 +1,7 @@
 #include "CommandLineTerminalDiscovery.h"
 
 #include "DesktopExecLine.h"
+#include "ServiceLog.h"
 #include "TerminalAppDiscoveryService.h"
 
 #include <QFileInfo>
@@ -90,15 +91,22 @@ std::optional<TerminalApp> CommandLineTerminalDiscovery::discover(
     if (!location)
         return std::nullopt;
     const std::optional<QVariantMap> information = m_locator->applicationInformation(*location);
-    if (!information)
+    if (!information) {
+        qCDebug(serviceLog) << "Terminal left out, its entry cannot be read:" << *location;
         return std::nullopt;
+    }
     const QStringList exec = DesktopExecLine::arguments(information->value(u"Exec"_s).toString());
-    if (exec.isEmpty())
+    if (exec.isEmpty()) {
+        qCDebug(serviceLog) << "Terminal left out, its entry has no Exec line:" << *location;
         return std::nullopt;
+    }
     QStringList prefix = terminalProgram(exec);
     prefix.first() = m_findExecutable(prefix.constFirst());
-    if (prefix.constFirst().isEmpty())
-        return std::nullopt; // an entry left behind by an uninstalled terminal
+    if (prefix.constFirst().isEmpty()) {
+        // An entry left behind by an uninstalled terminal.
+        qCDebug(serviceLog) << "Terminal left out, its program is not installed:" << *location;
+        return std::nullopt;
+    }
 
     const QString name
         = TerminalAppDiscoveryService::displayName(*m_locator, *location).value_or(candidate.fallbackName);

@@ -1,5 +1,7 @@
 #include "FileWatcher.h"
 
+#include "ServiceLog.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -43,7 +45,10 @@ void FileWatcher::watchWhatExists()
             paths.append(info.absolutePath());
     }
     paths.removeDuplicates();
-    // addPaths() warns about a path that vanished in the meantime; that race is harmless here.
-    if (!paths.isEmpty())
-        m_watcher.addPaths(paths);
+    // A path that vanished in the meantime is harmless here: the next notice or check finds it again.
+    if (paths.isEmpty())
+        return;
+    const QStringList unwatched = m_watcher.addPaths(paths);
+    if (!unwatched.isEmpty())
+        qCDebug(serviceLog) << "Not watched:" << unwatched;
 }
