@@ -36,3 +36,17 @@ int HostFilterModel::rowOf(const QUuid& id) const
     const int row = m_source.rowOf(id);
     return row < 0 ? -1 : mapFromSource(m_source.index(row)).row();
 }
+
+bool HostFilterModel::moveRows(const QModelIndex& sourceParent, int sourceRow, int count,
+    const QModelIndex& destinationParent, int destinationChild)
+{
+    const int rows = rowCount();
+    if (sourceParent.isValid() || destinationParent.isValid() || count <= 0 || sourceRow < 0 || sourceRow + count > rows
+        || destinationChild < 0 || destinationChild > rows)
+        return false;
+    const int first = this->sourceRow(sourceRow);
+    if (this->sourceRow(sourceRow + count - 1) != first + count - 1)
+        return false;
+    const int destination = destinationChild == rows ? m_source.rowCount() : this->sourceRow(destinationChild);
+    return m_source.moveRows({}, first, count, {}, destination);
+}

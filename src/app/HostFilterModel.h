@@ -20,6 +20,11 @@ public:
     /// The row showing the host with that id, or -1 when it is filtered out or unknown.
     int rowOf(const QUuid& id) const;
 
+    /// Moves the hosts shown in the rows through the source model; refused for rows that are not
+    /// next to each other in the document.
+    bool moveRows(const QModelIndex& sourceParent, int sourceRow, int count, const QModelIndex& destinationParent,
+        int destinationChild) override;
+
 protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const override;
 

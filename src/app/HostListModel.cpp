@@ -2,7 +2,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 int toRow(qsizetype position)
 {
@@ -27,13 +28,13 @@ void HostListModel::connectToViewModel()
         endResetModel();
     });
     connect(vm, &SSHConfigViewModel::hostAboutToBeInserted, this,
-            [this](qsizetype position) { beginInsertRows({}, toRow(position), toRow(position)); });
+        [this](qsizetype position) { beginInsertRows({}, toRow(position), toRow(position)); });
     connect(vm, &SSHConfigViewModel::hostInserted, this, [this] {
         m_rows.invalidate();
         endInsertRows();
     });
     connect(vm, &SSHConfigViewModel::hostAboutToBeRemoved, this,
-            [this](qsizetype position) { beginRemoveRows({}, toRow(position), toRow(position)); });
+        [this](qsizetype position) { beginRemoveRows({}, toRow(position), toRow(position)); });
     connect(vm, &SSHConfigViewModel::hostRemoved, this, [this] {
         m_rows.noteRemoval();
         endRemoveRows();
@@ -100,9 +101,31 @@ QVariant HostListModel::data(const QModelIndex& index, int role) const
 
 Qt::ItemFlags HostListModel::flags(const QModelIndex& index) const
 {
+    const bool reorder = m_viewModel.canReorderHosts();
+    // Drops land between rows (the root accepts them), never on a host.
     if (!index.isValid())
-        return Qt::NoItemFlags;
-    return Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
+        return reorder ? Qt::ItemIsDropEnabled : Qt::NoItemFlags;
+    const Qt::ItemFlags flags = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren;
+    return reorder ? flags | Qt::ItemIsDragEnabled : flags;
+}
+
+Qt::DropActions HostListModel::supportedDropActions() const
+{
+    return Qt::MoveAction;
+}
+
+bool HostListModel::moveRows(const QModelIndex& sourceParent, int sourceRow, int count,
+    const QModelIndex& destinationParent, int destinationChild)
+{
+    const int rows = rowCount();
+    if (sourceParent.isValid() || destinationParent.isValid() || !m_viewModel.canReorderHosts() || count <= 0
+        || sourceRow < 0 || sourceRow + count > rows || destinationChild < 0 || destinationChild > rows)
+        return false;
+    QList<qsizetype> offsets;
+    for (int row = sourceRow; row < sourceRow + count; ++row)
+        offsets.append(row);
+    m_viewModel.moveHosts(offsets, destinationChild);
+    return true;
 }
 
 QHash<int, QByteArray> HostListModel::roleNames() const

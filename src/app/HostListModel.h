@@ -10,6 +10,7 @@
 /// Reads the view model's document directly (nothing is copied) and follows it row by row: an added,
 /// removed, moved or edited host gives exactly one insert, remove, move or single-row dataChanged;
 /// only a load or a parse of the raw text resets the model. Filtering is HostFilterModel's job.
+/// A list view in internal-move mode reorders hosts through moveRows().
 ///
 /// Roles (besides Qt::DisplayRole, the first pattern or "*" when there is none):
 /// - IdRole (Qt::UserRole + 1): the host's id, QUuid
@@ -23,8 +24,7 @@ class HostListModel : public QAbstractListModel
     Q_OBJECT
 
 public:
-    enum Role
-    {
+    enum Role {
         IdRole = Qt::UserRole + 1,
         PatternsRole,
         GroupsRole,
@@ -39,8 +39,14 @@ public:
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    /// Rows can be dragged, and dropped between rows, only while the view model allows reordering.
     Qt::ItemFlags flags(const QModelIndex& index) const override;
     QHash<int, QByteArray> roleNames() const override;
+    Qt::DropActions supportedDropActions() const override;
+    /// Hands the move to the view model's moveHosts() (rows are document positions); the list follows
+    /// the view model's own announcement. Refused while reordering is not allowed.
+    bool moveRows(const QModelIndex& sourceParent, int sourceRow, int count, const QModelIndex& destinationParent,
+        int destinationChild) override;
 
     /// The host in row; row must be valid.
     const SSHHost& hostAt(int row) const;

@@ -6,12 +6,6 @@
 #include "HostRowDelegate.h"
 #include "SSHConfigViewModel.h"
 
-#include <QApplication>
-#include <QDrag>
-#include <QDragMoveEvent>
-#include <QMimeData>
-#include <QPainter>
-
 using namespace Qt::StringLiterals;
 
 HostListView::HostListView(SSHConfigViewModel& viewModel, QWidget* parent)
@@ -32,8 +26,11 @@ HostListView::HostListView(SSHConfigViewModel& viewModel, QWidget* parent)
     setSelectionMode(QAbstractItemView::SingleSelection);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setAcceptDrops(true);
-    viewport()->setAcceptDrops(true);
+    // Qt's own internal move: the models hand a drop to the view model's moveHosts(), and refuse drags
+    // while a search or group filter hides hosts.
+    setDragDropMode(QAbstractItemView::InternalMove);
+    setDefaultDropAction(Qt::MoveAction);
+    setDropIndicatorShown(true);
 
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, &HostListView::takeUserSelection);
     connect(&m_viewModel, &SSHConfigViewModel::selectedHostIDChanged, this, &HostListView::showViewModelSelection);
@@ -67,11 +64,6 @@ void HostListView::followRowChanges()
     connect(m_filtered, &QAbstractItemModel::modelReset, this, end);
 }
 
-QString HostListView::positionsMimeType()
-{
-    return u"application/x-tarnwick-host-positions"_s;
-}
-
 void HostListView::showViewModelSelection()
 {
     const std::optional<QUuid>& id = m_viewModel.selectedHostID();
@@ -99,135 +91,4 @@ void HostListView::takeUserSelection()
     if (rows.isEmpty())
         return;
     m_viewModel.setSelectedHostID(rows.first().data(HostListModel::IdRole).toUuid());
-}
-
-qsizetype HostListView::dropPosition(const QPoint& point) const
-{
-    const QModelIndex index = indexAt(point);
-    int row = model()->rowCount();
-    if (index.isValid())
-        row = point.y() < visualRect(index).center().y() ? index.row() : index.row() + 1;
-    if (row >= model()->rowCount())
-        return m_viewModel.document().hosts.size();
-    return model()->index(row, 0).data(HostListModel::PositionRole).toInt();
-}
-
-void HostListView::mousePressEvent(QMouseEvent* event)
-{
-    m_pressedIndex = indexAt(event->position().toPoint());
-    m_pressPosition = event->position().toPoint();
-    QListView::mousePressEvent(event);
-}
-
-void HostListView::mouseMoveEvent(QMouseEvent* event)
-{
-    const bool dragging = event->buttons().testFlag(Qt::LeftButton) && m_pressedIndex.isValid() &&
-                          (event->position().toPoint() - m_pressPosition).manhattanLength() >=
-                              QApplication::startDragDistance();
-    if (dragging && m_viewModel.canReorderHosts()) {
-        startReorderDrag();
-        return;
-    }
-    QListView::mouseMoveEvent(event);
-}
-
-void HostListView::startReorderDrag()
-{
-    const QModelIndex index = m_pressedIndex;
-    m_pressedIndex = QPersistentModelIndex();
-    auto* mimeData = new QMimeData;
-    mimeData->setData(positionsMimeType(), QByteArray::number(index.data(HostListModel::PositionRole).toInt()));
-    auto* drag = new QDrag(this);
-    drag->setMimeData(mimeData);
-    const QRect rowRect = visualRect(index);
-    drag->setPixmap(viewport()->grab(rowRect));
-    drag->setHotSpot(m_pressPosition - rowRect.topLeft());
-    setState(DraggingState);
-    // The drop itself moves the hosts in the view model; whatever the drag reports, nothing is removed here.
-    drag->exec(Qt::MoveAction, Qt::MoveAction);
-    setState(NoState);
-    clearDropIndicator();
-}
-
-bool HostListView::acceptsReorderDrop(const QDropEvent& event) const
-{
-    return event.source() == this && event.mimeData()->hasFormat(positionsMimeType()) &&
-           m_viewModel.canReorderHosts();
-}
-
-void HostListView::dragEnterEvent(QDragEnterEvent* event)
-{
-    if (!acceptsReorderDrop(*event)) {
-        event->ignore();
-        return;
-    }
-    setState(DraggingState);
-    event->acceptProposedAction();
-}
-
-void HostListView::dragMoveEvent(QDragMoveEvent* event)
-{
-    // The base class keeps the list scrolling while the pointer rests near an edge.
-    QListView::dragMoveEvent(event);
-    if (!acceptsReorderDrop(*event)) {
-        event->ignore();
-        clearDropIndicator();
-        return;
-    }
-    const QPoint point = event->position().toPoint();
-    const QModelIndex index = indexAt(point);
-    m_dropIndicatorRow = !index.isValid() ? model()->rowCount()
-                         : point.y() < visualRect(index).center().y() ? index.row()
-                                                                       : index.row() + 1;
-    event->acceptProposedAction();
-    viewport()->update();
-}
-
-void HostListView::dragLeaveEvent(QDragLeaveEvent* event)
-{
-    QListView::dragLeaveEvent(event);
-    clearDropIndicator();
-}
-
-void HostListView::dropEvent(QDropEvent* event)
-{
-    stopAutoScroll();
-    setState(NoState);
-    clearDropIndicator();
-    if (!acceptsReorderDrop(*event)) {
-        event->ignore();
-        return;
-    }
-    bool ok = false;
-    const qsizetype from = event->mimeData()->data(positionsMimeType()).toLongLong(&ok);
-    if (!ok) {
-        event->ignore();
-        return;
-    }
-    m_viewModel.moveHosts({from}, dropPosition(event->position().toPoint()));
-    event->acceptProposedAction();
-}
-
-void HostListView::clearDropIndicator()
-{
-    if (m_dropIndicatorRow < 0)
-        return;
-    m_dropIndicatorRow = -1;
-    viewport()->update();
-}
-
-void HostListView::paintEvent(QPaintEvent* event)
-{
-    QListView::paintEvent(event);
-    if (m_dropIndicatorRow < 0)
-        return;
-    const int rows = model()->rowCount();
-    int y = 0;
-    if (m_dropIndicatorRow < rows)
-        y = visualRect(model()->index(m_dropIndicatorRow, 0)).top();
-    else if (rows > 0)
-        y = visualRect(model()->index(rows - 1, 0)).bottom();
-    QPainter painter(viewport());
-    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-    painter.drawLine(0, y, viewport()->width(), y);
 }

@@ -143,24 +143,29 @@ private Q_SLOTS:
         QCOMPARE(picker->toolTip(), longName);
     }
 
-    void dropPositionsFollowThePointer()
+    // Reordering is Qt's internal move: the list's model moves hosts through the view model (one
+    // undoable step), and offers no drag and refuses a move while a filter hides hosts.
+    void rowsMoveThroughTheViewModel()
     {
         WindowFixture fixture;
         SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
         HostSidebarView sidebar(viewModel);
-        sidebar.resize(300, 600);
-        sidebar.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&sidebar));
         auto* list = child<HostListView>(sidebar, u"hostList"_s);
-        const QRect second = list->visualRect(list->model()->index(1, 0));
-        QCOMPARE(list->dropPosition(second.topLeft() + QPoint(4, 2)), 1);
-        QCOMPARE(list->dropPosition(second.bottomLeft() + QPoint(4, -2)), 2);
-        const QRect last = list->visualRect(list->model()->index(4, 0));
-        QCOMPARE(list->dropPosition(last.bottomLeft() + QPoint(4, 20)), 5);
+        QCOMPARE(list->dragDropMode(), QAbstractItemView::InternalMove);
+        QAbstractItemModel& model = *list->model();
+        QVERIFY(model.flags(model.index(1, 0)).testFlag(Qt::ItemIsDragEnabled));
+        QVERIFY(!model.flags(model.index(1, 0)).testFlag(Qt::ItemIsDropEnabled));
+        QVERIFY(model.flags(QModelIndex()).testFlag(Qt::ItemIsDropEnabled));
 
-        // What a drop does with those positions: the second host goes to the end.
-        viewModel.moveHosts({1}, list->dropPosition(last.bottomLeft() + QPoint(4, 20)));
-        QCOMPARE(rowTexts(*list->model()), QStringList({u"web-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s, u"db-1"_s}));
+        QVERIFY(model.moveRow({}, 1, {}, 5));
+        QCOMPARE(rowTexts(model), QStringList({u"web-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s, u"db-1"_s}));
+        QCOMPARE(viewModel.undoText(), u"Ongedaan maken: Hosts verplaatsen"_s);
+
+        viewModel.setSearchText(u"o"_s);
+        QVERIFY(!model.flags(model.index(0, 0)).testFlag(Qt::ItemIsDragEnabled));
+        QVERIFY(!model.moveRow({}, 0, {}, model.rowCount()));
+        viewModel.setSearchText(QString());
+        QCOMPARE(rowTexts(model), QStringList({u"web-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s, u"db-1"_s}));
     }
 
     // Search and group filter
