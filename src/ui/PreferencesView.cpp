@@ -2,6 +2,7 @@
 
 #include "AccessibleText.h"
 #include "SSHConfigViewModel.h"
+#include "TerminalExplanation.h"
 #include "TextStyle.h"
 
 #include <QComboBox>
@@ -104,9 +105,7 @@ QGroupBox* PreferencesView::buildTerminalSection(QWidget* parent)
     reloadRow->addWidget(reload);
     reloadRow->addStretch(1);
     m_terminalForm->addRow(reloadRow);
-    QLabel* explanation = textLabel(u"Voor Terminal, iTerm2 en Warp start de app direct `ssh`. Voor andere terminals "
-                                    u"opent de app en zet hij het ssh-commando op je klembord."_s,
-                                    u"terminalExplanationLabel"_s, section);
+    QLabel* explanation = textLabel(terminalExplanation(), u"terminalExplanationLabel"_s, section);
     applyTextStyle(explanation, TextStyle::caption);
     makeSecondaryText(explanation);
     m_terminalForm->addRow(explanation);

@@ -55,6 +55,9 @@ inline bool cutByParent(const QWidget& widget, const QWidget& window)
         const QRect bounds(QPoint(0, 0), parent->size());
         if (scrolls ? rect.left() < 0 || rect.right() > bounds.right() : !bounds.contains(rect))
             return true;
+        // From here up only the visible band of the scroll area matters, wherever the content lies in it.
+        if (scrolls)
+            rect = QRect(rect.left(), bounds.top(), rect.width(), bounds.height());
         current = parent;
     }
     return false;

@@ -8,6 +8,8 @@
 #include "WindowFixture.h"
 
 #include <QApplication>
+#include <QPushButton>
+#include <QScrollArea>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QtTest>
@@ -119,6 +121,30 @@ private Q_SLOTS:
         QCOMPARE(window->size(), smallestWindow);
         const QStringList cut = cutWidgetsOf(*window);
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u"; "_s)));
+    }
+
+    // What a scroll area hides below its visible part is reached by scrolling down, so it does not count
+    // as cut off, however tall the fonts make the content; what runs past its side does.
+    void belowTheScrolledPartIsNotCut()
+    {
+        QWidget window;
+        window.resize(300, 200);
+        auto* area = new QScrollArea(&window);
+        area->setGeometry(0, 0, 300, 200);
+        area->setWidgetResizable(true);
+        auto* content = new QWidget;
+        content->setMinimumHeight(600);
+        auto* below = new QPushButton(u"Below"_s, content);
+        below->adjustSize();
+        area->setWidget(content);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        settle();
+
+        below->move(10, 550);
+        QVERIFY2(cutWidgetsOf(window).isEmpty(), qPrintable(cutWidgetsOf(window).join(u"; "_s)));
+        below->move(area->viewport()->width() - 10, 550);
+        QCOMPARE(cutWidgetsOf(window).size(), 1);
     }
 
     // The sidebar and the tabs trade width as the tab changes: the known_hosts tab takes what it needs
