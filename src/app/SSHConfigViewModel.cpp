@@ -28,6 +28,7 @@ SSHConfigViewModel::SSHConfigViewModel(std::shared_ptr<SSHFileService> fileServi
     load();
     m_fileWatcher = new FileWatcher({m_fileService->configURL(), m_fileService->knownHostsURL()}, this);
     connect(m_fileWatcher, &FileWatcher::filesMayHaveChanged, this, &SSHConfigViewModel::checkFilesOnDisk);
+    setUpSshCheck();
 }
 
 SSHConfigViewModel::~SSHConfigViewModel() = default;
@@ -133,6 +134,7 @@ void SSHConfigViewModel::replaceKnownHosts(const KnownHostsDocument& document,
 
 void SSHConfigViewModel::load()
 {
+    m_unchangedSaveWarningDismissed = false;
     const QString configSentence = loadConfig();
     const QString knownHostsSentence = loadKnownHosts();
     QString status = configSentence + u' ' + knownHostsSentence;
@@ -143,6 +145,9 @@ void SSHConfigViewModel::load()
         status += u" Het bestand "_s + m_fileService->knownHostsURL()
             + u" is niet geladen en wordt niet opgeslagen."_s;
     setStatusMessage(status);
+    // Right after a load, not after the pause edits get: the bar about an unchanged save belongs here.
+    checkWhatSshWillDo();
+    updateUnchangedSaveWarning();
 }
 
 // The snapshot is taken before the read: should the file change in between, the snapshot is the older
@@ -156,6 +161,7 @@ QString SSHConfigViewModel::loadConfig()
         text = m_fileService->readConfig();
     } catch (const ServiceError& error) {
         change(m_configUnreadable, true, &SSHConfigViewModel::configUnreadableChanged);
+        noteTextOnDisk(SSHFile::config, std::nullopt);
         return u"Config laden mislukt: "_s + error.description();
     }
     adoptConfigText(text);
@@ -174,6 +180,7 @@ void SSHConfigViewModel::adoptConfigText(const QString& text, const SelectionKee
     setRawEditorDirty(false);
     setRawTextDirty(false);
     change(m_configUnreadable, false, &SSHConfigViewModel::configUnreadableChanged);
+    noteTextOnDisk(SSHFile::config, text);
 }
 
 QString SSHConfigViewModel::loadKnownHosts()
@@ -189,6 +196,7 @@ QString SSHConfigViewModel::loadKnownHosts()
         setKnownHostsDirty(false);
         change(m_knownHostsEntryCount, qsizetype(0), &SSHConfigViewModel::knownHostsEntryCountChanged);
         change(m_knownHostsUnreadable, true, &SSHConfigViewModel::knownHostsUnreadableChanged);
+        noteTextOnDisk(SSHFile::knownHosts, std::nullopt);
         return u"known_hosts laden mislukt: "_s + error.description();
     }
     adoptKnownHostsText(text);
@@ -207,6 +215,7 @@ void SSHConfigViewModel::adoptKnownHostsText(const QString& text, const Selectio
     setKnownHostsDirty(false);
     updateKnownHostsEntryCount();
     change(m_knownHostsUnreadable, false, &SSHConfigViewModel::knownHostsUnreadableChanged);
+    noteTextOnDisk(SSHFile::knownHosts, text);
 }
 
 void SSHConfigViewModel::ensureValidHostSelection()
