@@ -10,6 +10,9 @@ using Outcome = ProcessQueue::Outcome;
 
 namespace
 {
+// Beyond this many names a check would keep ssh-keygen busy for minutes: it is skipped and says so.
+constexpr qsizetype maxNames = 2000;
+
 // ssh-keygen ends lines at LF; a line differs when it is not in both texts equally often.
 QStringList changedLines(const QString& textOnDisk, const QString& textToSave)
 {
@@ -94,6 +97,12 @@ void KnownHostsCheck::start(const QString& textOnDisk, const QString& textToSave
     }
     // No probe for other names: a line that did not change cannot change their answer.
     const QList<SshProbeName> probes = SshProbeName::forPatterns(patternsOnChangedLines(textOnDisk, textToSave), false);
+    if (probes.size() > maxNames) {
+        finishWith({ {},
+            u"Te veel gewijzigde hostnamen in known_hosts ("_s + QString::number(probes.size())
+                + u") om door ssh-keygen te laten beoordelen; de controle is overgeslagen."_s });
+        return;
+    }
     QTemporaryDir* directory = probes.isEmpty() ? nullptr : freshDirectory();
     if (!directory) {
         finishWith({});

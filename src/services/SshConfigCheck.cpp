@@ -9,6 +9,9 @@ using Outcome = ProcessQueue::Outcome;
 
 namespace
 {
+// Beyond this many names a check would keep ssh busy for minutes: it is skipped and says so.
+constexpr qsizetype maxNames = 2000;
+
 // One pass: the two files as evaluated with one answer for every "Match exec".
 struct Pass
 {
@@ -82,6 +85,12 @@ void SshConfigCheck::start(const QString& textOnDisk, const QString& textToSave)
         passes.append({ copies.write(u"on-disk-exec-true"_s, textOnDisk, true),
             copies.write(u"to-save-exec-true"_s, textToSave, true), u" (als Match exec slaagt)"_s });
     const QList<SshProbeName> probes = SshProbeName::forPatterns(copies.hostPatterns(), true);
+    if (probes.size() > maxNames) {
+        finishWith({ {},
+            u"Te veel hostnamen ("_s + QString::number(probes.size())
+                + u") om elke opslag door ssh te laten beoordelen; de controle is overgeslagen."_s });
+        return;
+    }
 
     QList<ProcessQueue::Job> jobs;
     for (const Pass& pass : std::as_const(passes)) {

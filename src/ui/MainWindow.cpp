@@ -5,6 +5,8 @@
 #include "FileChangeBar.h"
 #include "MainStatusBar.h"
 #include "MainToolBar.h"
+#include "SshChangesPane.h"
+#include "SshCheckBar.h"
 
 #include <QMenuBar>
 #include <QVBoxLayout>
@@ -29,6 +31,7 @@ MainWindow::MainWindow(SSHConfigViewModel& viewModel, std::optional<QUrl> donati
     addToolBar(Qt::TopToolBarArea, m_toolBar);
     setCentralWidget(makeCentralWidget(viewModel));
     setStatusBar(m_statusBar);
+    addDockWidget(Qt::RightDockWidgetArea, new SshChangesPane(viewModel, this));
     buildMenuBar();
 }
 
@@ -41,6 +44,7 @@ QWidget* MainWindow::makeCentralWidget(SSHConfigViewModel& viewModel)
     layout->setSpacing(0);
     layout->addWidget(new FileChangeBar(viewModel, SSHConfigViewModel::SSHFile::config, central));
     layout->addWidget(new FileChangeBar(viewModel, SSHConfigViewModel::SSHFile::knownHosts, central));
+    layout->addWidget(new SshCheckBar(viewModel, central));
     m_content->setParent(central);
     layout->addWidget(m_content, 1);
     return central;
@@ -61,6 +65,9 @@ void MainWindow::buildMenuBar()
     quit->setObjectName(u"quitAction"_s);
     quit->setShortcut(QKeySequence::Quit);
     quit->setMenuRole(QAction::QuitRole);
+
+    QMenu* view = menuBar()->addMenu(u"&View"_s);
+    view->addAction(&m_toolBar->sshChangesAction());
 
     QMenu* help = menuBar()->addMenu(u"&Help"_s);
     QAction* about = help->addAction(u"About Tarnwick"_s, this, &MainWindow::aboutRequested);

@@ -14,10 +14,12 @@ class SSHConfigViewModel;
 /// tabs) and the status line, all on the one view model; any number of windows may show it at once.
 ///
 /// Its menu bar carries only the platform's standard commands: New Window (Ctrl+N), Preferences, Quit
-/// and About. The window does not carry them out itself; it asks through its signals, which the
+/// and About; its View menu opens the "Wat verandert er voor ssh?" pane ("sshChangesPane", docked on
+/// the right). The window does not carry them out itself; it asks through its signals, which the
 /// application shell answers. Action object names: "newWindowAction", "preferencesAction", "quitAction",
 /// "aboutAction". Above the content, one bar per file ("configChangeBar", "knownHostsChangeBar") says
-/// when another program changed it.
+/// when another program changed it, and "sshCheckBar" when a save of an unedited file would change
+/// what ssh does.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
