@@ -11,7 +11,7 @@ using Outcome = ProcessQueue::Outcome;
 namespace
 {
 // Beyond this many names a check would keep ssh-keygen busy for minutes: it is skipped and says so.
-constexpr qsizetype maxNames = 2000;
+constexpr qsizetype maxNames = 5000;
 
 // ssh-keygen ends lines at LF; a line differs when it is not in both texts equally often.
 QStringList changedLines(const QString& textOnDisk, const QString& textToSave)

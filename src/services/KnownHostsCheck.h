@@ -16,7 +16,7 @@ public:
     using OpenSSHCheck::OpenSSHCheck;
 
     /// Starts the check of replacing textOnDisk by textToSave; finished() follows. Two equal texts, a
-    /// missing ssh-keygen, or more than 2,000 names to ask about report at once without running anything.
+    /// missing ssh-keygen, or more than 5,000 names to ask about report at once without running anything.
     void start(const QString& textOnDisk, const QString& textToSave);
 
     /// The host patterns of the lines that are not in both texts equally often, each once.

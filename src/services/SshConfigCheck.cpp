@@ -10,7 +10,7 @@ using Outcome = ProcessQueue::Outcome;
 namespace
 {
 // Beyond this many names a check would keep ssh busy for minutes: it is skipped and says so.
-constexpr qsizetype maxNames = 2000;
+constexpr qsizetype maxNames = 5000;
 
 // One pass: the two files as evaluated with one answer for every "Match exec".
 struct Pass

@@ -22,7 +22,7 @@ public:
     using OpenSSHCheck::OpenSSHCheck;
 
     /// Starts the check of replacing textOnDisk by textToSave; finished() follows. Two equal texts, a
-    /// missing ssh, or more than 2,000 names to ask about report at once without running anything.
+    /// missing ssh, or more than 5,000 names to ask about report at once without running anything.
     void start(const QString& textOnDisk, const QString& textToSave);
 
 private:

@@ -44,8 +44,7 @@ MainToolBar::MainToolBar(SSHConfigViewModel& viewModel, std::optional<QUrl> dona
 
     connect(&m_viewModel, &SSHConfigViewModel::activeEditorTabChanged, this, &MainToolBar::showActiveTab);
     connect(&m_viewModel, &SSHConfigViewModel::selectedHostIDChanged, this, &MainToolBar::updateEnabling);
-    connect(&m_viewModel, &SSHConfigViewModel::selectedKnownHostEntryIDChanged, this,
-            &MainToolBar::updateEnabling);
+    connect(&m_viewModel, &SSHConfigViewModel::selectedKnownHostEntryIDChanged, this, &MainToolBar::updateEnabling);
     showActiveTab();
 }
 
@@ -79,7 +78,7 @@ void MainToolBar::showActiveTab()
 {
     const EditorTab tab = m_viewModel.activeEditorTab();
     m_save->setText(tab == EditorTab::structured ? u"Save"_s
-                    : tab == EditorTab::raw      ? u"Save Raw"_s
+            : tab == EditorTab::raw              ? u"Save Raw"_s
                                                  : u"Save Known Hosts"_s);
     m_addHost->setVisible(tab != EditorTab::knownHosts);
     m_deleteHost->setVisible(tab != EditorTab::knownHosts);

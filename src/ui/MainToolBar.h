@@ -12,8 +12,8 @@ class SSHConfigViewModel;
 /// "Connect", enabled only while the tab's own selection exists (a known_hosts entry in the Known Hosts
 /// tab, a host in the others); "Add Host" and "Delete Host" (enabled only with a selected host), both
 /// hidden in the Known Hosts tab; then "Wat verandert er voor ssh?" (Ctrl+Shift+D, on every tab), which
-/// opens the pane with what OpenSSH says a save would change. With a donation page, "Buy me a coffee" at the far end opens it in
-/// the web browser. Each button calls one view-model operation and nothing else.
+/// opens the pane with what OpenSSH says a save would change. With a donation page, "Buy me a coffee" at the far end
+/// opens it in the web browser. Each button calls one view-model operation and nothing else.
 ///
 /// Action object names: "reloadAction", "saveAction", "connectAction", "addHostAction",
 /// "deleteHostAction", "sshChangesAction", "donationAction".
@@ -24,7 +24,11 @@ class MainToolBar : public QToolBar
 public:
     MainToolBar(SSHConfigViewModel& viewModel, std::optional<QUrl> donationURL, QWidget* parent = nullptr);
 
+    QAction& reloadAction() const { return *m_reload; }
     QAction& saveAction() const { return *m_save; }
+    QAction& connectAction() const { return *m_connect; }
+    QAction& addHostAction() const { return *m_addHost; }
+    QAction& deleteHostAction() const { return *m_deleteHost; }
     /// Also offered in the window's View menu.
     QAction& sshChangesAction() const { return *m_sshChanges; }
     /// The donation link, or null without a donation page.

@@ -1,8 +1,10 @@
 #include "SshChangesPane.h"
 
+#include "AccessibleText.h"
 #include "SSHConfigViewModel.h"
 #include "TextStyle.h"
 
+#include <QAbstractButton>
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QLabel>
@@ -42,6 +44,7 @@ SshChangesPane::SshChangesPane(SSHConfigViewModel& viewModel, QWidget* parent)
     m_tree->setUniformRowHeights(true);
     m_tree->header()->setStretchLastSection(true);
     connect(m_tree, &QTreeWidget::itemActivated, this, &SshChangesPane::activate);
+    nameControls();
 
     auto* content = new QWidget(this);
     auto* layout = new QVBoxLayout(content);
@@ -62,6 +65,20 @@ SshChangesPane::SshChangesPane(SSHConfigViewModel& viewModel, QWidget* parent)
     showStatus();
     showChanges();
     followShown();
+}
+
+void SshChangesPane::nameControls()
+{
+    setAccessibleText(*m_tree, u"Wat verandert er voor ssh?"_s,
+        u"Per host de instellingen die ssh na opslaan anders leest, oud en nieuw. Een regel "
+        u"\"Regel N\" openen toont die regel in de Raw Editor."_s);
+    setAccessibleText(*m_progress, u"Voortgang van de controle door OpenSSH"_s,
+        u"Hoeveel van de vragen aan ssh en ssh-keygen al beantwoord zijn."_s);
+    // The title bar's buttons are the dock's own; they are named here like every other control.
+    if (auto* close = findChild<QAbstractButton*>(u"qt_dockwidget_closebutton"_s))
+        setAccessibleText(*close, u"Paneel sluiten"_s, u"Sluit het paneel \"Wat verandert er voor ssh?\"."_s);
+    if (auto* floating = findChild<QAbstractButton*>(u"qt_dockwidget_floatbutton"_s))
+        setAccessibleText(*floating, u"Los paneel"_s, u"Maakt het paneel los van het venster."_s);
 }
 
 void SshChangesPane::closeEvent(QCloseEvent* event)

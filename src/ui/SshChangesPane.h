@@ -28,6 +28,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void nameControls();
     void followShown();
     void showStatus();
     void showChanges();

@@ -1,5 +1,6 @@
 #include "SshCheckBar.h"
 
+#include "AccessibleText.h"
 #include "SSHConfigViewModel.h"
 #include "SymbolIcon.h"
 #include "TextStyle.h"
@@ -32,6 +33,9 @@ SshCheckBar::SshCheckBar(SSHConfigViewModel& viewModel, QWidget* parent)
     auto* close = new QPushButton(u"Sluiten"_s, this);
     close->setObjectName(u"closeSshCheckBarButton"_s);
     connect(close, &QPushButton::clicked, &m_viewModel, &SSHConfigViewModel::dismissUnchangedSaveWarning);
+    setAccessibleText(*details, u"Wat verandert er voor ssh?"_s,
+        u"Opent het paneel dat per host toont wat opslaan verandert aan wat ssh doet."_s);
+    setAccessibleText(*close, u"Sluiten"_s, u"Sluit deze melding tot het volgende laden."_s);
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(10, 6, 10, 6);

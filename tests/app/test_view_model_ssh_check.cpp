@@ -60,6 +60,18 @@ private Q_SLOTS:
         QCOMPARE(vm.statusMessage(), u"SSH configuratie geladen. known_hosts geladen."_s);
     }
 
+    /// The check informs, it never refuses: Save writes, and then disk and save agree again.
+    void saveGoesAheadAndTheChangesAreGone()
+    {
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(silentPortChange);
+        QTRY_VERIFY_WITH_TIMEOUT(!vm.configSshChanges().isEmpty(), checkWaitMs);
+        vm.saveConfig();
+        QVERIFY2(vm.statusMessage().startsWith(u"Opgeslagen naar "_s), qPrintable(vm.statusMessage()));
+        QTRY_VERIFY_WITH_TIMEOUT(vm.configSshChanges().isEmpty() && !vm.sshCheckRunning(), checkWaitMs);
+        QVERIFY(vm.unchangedSaveWarning().isEmpty());
+    }
+
     void cleanLoadRaisesNothing()
     {
         ViewModelFixture fixture;

@@ -3,6 +3,7 @@
 #include "SshConfigCheck.h"
 #include "TestFiles.h"
 
+#include <QDir>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -152,6 +153,42 @@ private slots:
         QVERIFY2(reported.contains(u"web: port 22 -> 2200"_s), qPrintable(reported.join(u'\n')));
         QVERIFY2(
             reported.contains(u"web: user (als Match exec slaagt) admin -> root"_s), qPrintable(reported.join(u'\n')));
+    }
+
+    /// A relative Include is read from ~/.ssh, as ssh reads it for the user's own config, and its
+    /// options count for the check.
+    void relativeIncludeIsReadFromTheUsersSshFolder()
+    {
+        const QString home = m_files.filePath(u"home"_s);
+        QVERIFY(QDir().mkpath(home + u"/.ssh/config.d"_s));
+        QVERIFY(writeBytes(home + u"/.ssh/config.d/web.conf"_s, "Host web\n  User from-include\n"));
+        const QByteArray oldHome = qgetenv("HOME");
+        qputenv("HOME", QFile::encodeName(home));
+        const QString config = u"Include config.d/*.conf\nHost web\n  HostName web.example\n"_s;
+        SshConfigCheck check(m_ssh);
+        check.start(config, config + u"Host *\n  User=fallback\n"_s);
+        const SshCheckResult result = waitForResult(check);
+        qputenv("HOME", oldHome);
+        // web keeps the user from the included file; only the other names take the new fallback.
+        const QStringList reported = describe(result);
+        QVERIFY2(!reported.join(u'\n').contains(u"web: user"_s), qPrintable(reported.join(u'\n')));
+        QVERIFY2(
+            std::any_of(reported.cbegin(), reported.cend(),
+                [](const QString& line) { return line.startsWith(u"*: user "_s) && line.endsWith(u" -> fallback"_s); }),
+            qPrintable(reported.join(u'\n')));
+    }
+
+    /// Thousands of names would keep ssh busy for minutes: the check says it skipped them instead.
+    void tooManyNamesAreSkippedAndSaid()
+    {
+        QString config;
+        for (int i = 0; i < 5001; ++i)
+            config += u"Host h"_s + QString::number(i) + u"\n  Port=1\n"_s;
+        SshConfigCheck check(m_ssh);
+        check.start(config, savedUnchanged(config));
+        const SshCheckResult result = waitForResult(check);
+        QVERIFY(result.hosts.isEmpty());
+        QVERIFY2(result.problem.startsWith(u"Te veel hostnamen (5002)"_s), qPrintable(result.problem));
     }
 
     void knownHostsMarkers_data()

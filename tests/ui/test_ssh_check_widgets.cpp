@@ -6,6 +6,7 @@
 #include "WidgetHelpers.h"
 #include "WindowFixture.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QDockWidget>
 #include <QLabel>
@@ -120,6 +121,47 @@ private Q_SLOTS:
         QVERIFY(child<QDockWidget>(window, u"sshChangesPane"_s)->isVisible());
         QTRY_VERIFY_WITH_TIMEOUT(!vm.sshCheckRunning(), checkWaitMs);
         QCOMPARE(child<QLabel>(window, u"sshChangesStatus"_s)->text(), u"Opslaan verandert niets aan wat ssh doet."_s);
+    }
+
+    void missingSshIsSaidInThePane()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(silentPortChange);
+        vm.setSshCheckPrograms(QString(), QString());
+        MainWindow window(vm, std::nullopt);
+        window.show();
+        window.toolBar().sshChangesAction().trigger();
+        auto* status = child<QLabel>(window, u"sshChangesStatus"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(status->text().contains(u"ssh is niet gevonden"_s), checkWaitMs);
+        QVERIFY(!child<QFrame>(window, u"sshCheckBar"_s)->isVisible());
+        // Everything else goes on: the editors still work and save.
+        vm.saveConfig();
+        QVERIFY2(vm.statusMessage().startsWith(u"Opgeslagen naar "_s), qPrintable(vm.statusMessage()));
+    }
+
+    void everyControlHasAnAccessibleNameAndDescription()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(silentPortChange);
+        MainWindow window(vm, std::nullopt);
+        window.show();
+        QTRY_VERIFY_WITH_TIMEOUT(child<QFrame>(window, u"sshCheckBar"_s)->isVisible(), checkWaitMs);
+        vm.showSshChanges();
+        QStringList unnamed;
+        for (const QString& container : { u"sshCheckBar"_s, u"sshChangesPane"_s }) {
+            auto* parent = child<QWidget>(window, container);
+            QList<QWidget*> controls;
+            for (QAbstractButton* button : parent->findChildren<QAbstractButton*>())
+                controls.append(button);
+            controls.append(parent->findChildren<QTreeWidget*>().value(0));
+            for (QWidget* control : std::as_const(controls)) {
+                if (control && control->isVisible()
+                    && (control->accessibleName().isEmpty() || control->accessibleDescription().isEmpty()))
+                    unnamed.append(container + u": "_s + control->objectName() + u" "_s
+                        + QString::fromLatin1(control->metaObject()->className()));
+            }
+        }
+        QVERIFY2(unnamed.isEmpty(), qPrintable(unnamed.join(u"; "_s)));
     }
 
 private:
