@@ -1,6 +1,7 @@
 #include "SshConfigCheck.h"
 
 #include "SshConfigCopies.h"
+#include "SshConfigReach.h"
 #include "SshSettings.h"
 
 using namespace Qt::StringLiterals;
@@ -60,6 +61,17 @@ void addNewKeywords(QList<SshSettingChange>& into, const QList<SshSettingChange>
         into.append(change);
     }
 }
+// ssh is asked only about names whose reachable lines the save changes; "*" is always asked, since a
+// line ssh cannot read at all fails the file for every name, reachable or not.
+QList<SshProbeName> namesThatMayDiffer(QList<SshProbeName> probes, const QString& textOnDisk, const QString& textToSave)
+{
+    const SshConfigReach before(textOnDisk);
+    const SshConfigReach after(textToSave);
+    probes.removeIf([&](const SshProbeName& probe) {
+        return probe.shown != u"*"_s && !SshConfigReach::mayDiffer(before, after, probe.asked);
+    });
+    return probes;
+}
 } // namespace
 
 void SshConfigCheck::start(const QString& textOnDisk, const QString& textToSave)
@@ -84,7 +96,8 @@ void SshConfigCheck::start(const QString& textOnDisk, const QString& textToSave)
     if (copies.hasExec())
         passes.append({ copies.write(u"on-disk-exec-true"_s, textOnDisk, true),
             copies.write(u"to-save-exec-true"_s, textToSave, true), u" (als Match exec slaagt)"_s });
-    const QList<SshProbeName> probes = SshProbeName::forPatterns(copies.hostPatterns(), true);
+    const QList<SshProbeName> probes
+        = namesThatMayDiffer(SshProbeName::forPatterns(copies.hostPatterns(), true), textOnDisk, textToSave);
     if (probes.size() > maxNames) {
         finishWith({ {},
             u"Te veel hostnamen ("_s + QString::number(probes.size())

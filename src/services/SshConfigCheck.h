@@ -12,6 +12,9 @@
 /// every exec true, so a difference that depends on a command is still seen; keywords that differ only
 /// in the second pass carry " (als Match exec slaagt)".
 ///
+/// ssh is not asked about a name whose reachable lines the save leaves as they are (SshConfigReach),
+/// which keeps the number of runs near the number of names an edit touches.
+///
 /// Canonicalisation is switched off on the command line, so no name is looked up: that also hides a
 /// change to CanonicalizeHostname itself.
 class SshConfigCheck : public OpenSSHCheck

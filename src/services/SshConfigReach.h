@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+/// Which lines of a client config can reach ssh's answer for one name, so that a check need not ask
+/// ssh about a name whose reachable lines a save leaves as they are.
+///
+/// A line reaches a name when it is outside every Host block, or inside a Host block whose line the
+/// name may match. "May": every doubt counts as a match (letter case is ignored, a negated pattern
+/// never excludes), so a name is only ever left out when ssh cannot read its lines differently. Lines
+/// are compared as ssh cuts them into words, so indentation, spacing, "=" and comments do not count.
+/// An Include line counts as the line itself: both texts include the same files. A config with a
+/// Match line is not judged at all (a Match block depends on more than the name, and "Match final"
+/// makes ssh read the file again for another name): then every name may be reached by every line.
+class SshConfigReach
+{
+public:
+    explicit SshConfigReach(const QString& text);
+
+    /// Whether linesFor() can tell names apart; false for a config with a Match line.
+    bool judgesNames() const { return !m_hasMatch; }
+    /// The lines that may reach name, as words, in file order; with every Host line that may match.
+    QList<QStringList> linesFor(const QString& name) const;
+
+    /// Whether ssh may answer differently for name after before is replaced by after.
+    static bool mayDiffer(const SshConfigReach& before, const SshConfigReach& after, const QString& name);
+
+private:
+    struct Block
+    {
+        QStringList patterns;
+        QList<QStringList> lines;
+    };
+
+    static bool mayMatch(const QStringList& patterns, const QString& name);
+
+    QList<Block> m_blocks;
+    bool m_hasMatch = false;
+};
