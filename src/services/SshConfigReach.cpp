@@ -49,20 +49,50 @@ SshConfigReach::SshConfigReach(const QString& text)
         words.first() = words.first().toLower();
         if (words.first() == u"match"_s)
             m_hasMatch = true;
-        if (words.first() == u"host"_s)
-            m_blocks.append({ words.mid(1), {} });
+        if (words.first() == u"host"_s) {
+            m_blocks.append(Block { words.mid(1), {} });
+            index(m_blocks.size() - 1);
+        }
         m_blocks.last().lines.append(words);
     }
 }
 
+void SshConfigReach::index(qsizetype block)
+{
+    const QStringList& patterns = m_blocks.at(block).patterns;
+    if (patterns.isEmpty() || !std::all_of(patterns.cbegin(), patterns.cend(), &SshConfigReach::isPlainName)) {
+        m_otherBlocks.append(block);
+        return;
+    }
+    for (const QString& pattern : patterns) {
+        QList<qsizetype>& blocks = m_blocksByName[pattern.toLower()];
+        if (blocks.isEmpty() || blocks.last() != block)
+            blocks.append(block);
+    }
+}
+
+bool SshConfigReach::isPlainName(const QString& pattern)
+{
+    return !pattern.startsWith(u'!') && !pattern.contains(u'*') && !pattern.contains(u'?') && !pattern.contains(u',');
+}
+
+QList<qsizetype> SshConfigReach::blocksThatMayMatch(const QString& name) const
+{
+    QList<qsizetype> blocks = m_blocksByName.value(name.toLower());
+    for (const qsizetype block : m_otherBlocks) {
+        if (m_blocks.at(block).patterns.isEmpty() || mayMatch(m_blocks.at(block).patterns, name))
+            blocks.append(block);
+    }
+    std::sort(blocks.begin(), blocks.end());
+    return blocks;
+}
+
 QList<QStringList> SshConfigReach::linesFor(const QString& name) const
 {
-    QList<QStringList> lines;
-    for (const Block& block : m_blocks) {
-        // The lines before the first Host line have no patterns: they reach every name.
-        if (block.lines.isEmpty() || block.lines.first().first() != u"host"_s || mayMatch(block.patterns, name))
-            lines += block.lines;
-    }
+    // The lines before the first Host line reach every name.
+    QList<QStringList> lines = m_blocks.first().lines;
+    for (const qsizetype block : blocksThatMayMatch(name))
+        lines += m_blocks.at(block).lines;
     return lines;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -35,7 +36,16 @@ private:
     };
 
     static bool mayMatch(const QStringList& patterns, const QString& name);
+    static bool isPlainName(const QString& pattern);
+    void index(qsizetype block);
+    QList<qsizetype> blocksThatMayMatch(const QString& name) const;
 
+    // The first block holds the lines before any Host line.
     QList<Block> m_blocks;
+    // Blocks by the plain names of their Host line (in lower case), and the blocks whose Host line has
+    // anything else, which every name must be tested against: a large config is mostly plain names, so
+    // a name costs the few blocks that may match it rather than all of them.
+    QHash<QString, QList<qsizetype>> m_blocksByName;
+    QList<qsizetype> m_otherBlocks;
     bool m_hasMatch = false;
 };

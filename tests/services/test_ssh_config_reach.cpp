@@ -45,6 +45,13 @@ private Q_SLOTS:
             << u"db"_s << true;
         QTest::newRow("a line separator is no line end to ssh")
             << u"Host web\n  # a\u2028Port 1\n"_s << u"Host web\n  # a\n  Port 1\n"_s << u"web"_s << true;
+        QTest::newRow("a name in two blocks, the later one changed")
+            << u"Host web\n  User a\nHost db web\n  Port 1\n"_s << u"Host web\n  User a\nHost db web\n  Port 2\n"_s
+            << u"WEB"_s << true;
+        QTest::newRow("a plain name beside a wildcard on one Host line")
+            << u"Host web *.lan\n  User a\n"_s << u"Host web *.lan\n  User b\n"_s << u"db.lan"_s << true;
+        QTest::newRow("a Host line without patterns")
+            << u"Host\n  User a\n"_s << u"Host\n  User b\n"_s << u"db"_s << true;
         QTest::newRow("many stars stay cheap")
             << u"Host *a*a*a*a*a*a*a*a*a*a*a*a*b\n  User a\n"_s << u"Host *a*a*a*a*a*a*a*a*a*a*a*a*b\n  User b\n"_s
             << u"aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaac"_s << false;

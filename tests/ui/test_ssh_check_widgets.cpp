@@ -169,8 +169,11 @@ private:
     static void saveScreenshot(QWidget& window)
     {
         const QString directory = qEnvironmentVariable("TARNWICK_SCREENSHOT_DIR");
-        if (!directory.isEmpty())
-            window.grab().save(directory + u"/ssh-changes.png"_s);
+        if (directory.isEmpty())
+            return;
+        window.resize(1280, 720);
+        QCoreApplication::processEvents();
+        window.grab().save(directory + u"/ssh-changes.png"_s);
     }
 };
 
