@@ -86,7 +86,7 @@ void ProcessQueue::collect(QProcess* process, qsizetype index)
     outcome.output = process->readAllStandardOutput();
     outcome.errorOutput = process->readAllStandardError();
     if (process->property(timedOutProperty).toBool()) {
-        outcome.problem = u"geen antwoord binnen "_s + QString::number(m_timeLimitMs / 1000) + u" s"_s;
+        outcome.problem = u"geen antwoord binnen "_s + QString::number((m_timeLimitMs + 999) / 1000) + u" s"_s;
     } else if (process->error() == QProcess::FailedToStart) {
         outcome.problem = process->errorString();
     } else {
