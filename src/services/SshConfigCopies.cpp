@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 
 #include <glob.h>
 
@@ -36,13 +35,13 @@ QStringList expandInclude(const QString& argument)
     return paths;
 }
 
+// A plain write: the copies live only for one check in a private directory, and the flush to disk
+// that a safe save makes would stall the event loop for nothing.
 bool writeText(const QString& path, const QString& text)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(text.toUtf8());
-    return file.commit();
+    QFile file(path);
+    const QByteArray bytes = text.toUtf8();
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
 }
 } // namespace
 
