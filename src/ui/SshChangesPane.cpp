@@ -95,15 +95,17 @@ void SshChangesPane::followShown()
 void SshChangesPane::showStatus()
 {
     const qsizetype hosts = m_viewModel.configSshChanges().size() + m_viewModel.knownHostsSshChanges().size();
+    const QString& problem = m_viewModel.sshCheckProblem();
     QString status;
     if (m_viewModel.sshCheckRunning())
         status = u"OpenSSH beoordeelt wat opslaan verandert…"_s;
-    else if (hosts == 0)
-        status = u"Opslaan verandert niets aan wat ssh doet."_s;
-    else
+    else if (hosts > 0)
         status = u"Opslaan verandert voor "_s + QString::number(hosts) + u" hosts wat ssh doet."_s;
-    if (!m_viewModel.sshCheckProblem().isEmpty())
-        status += u' ' + m_viewModel.sshCheckProblem();
+    // "Nothing changes" would be a guess when OpenSSH could not judge.
+    else if (problem.isEmpty())
+        status = u"Opslaan verandert niets aan wat ssh doet."_s;
+    if (!problem.isEmpty())
+        status = status.isEmpty() ? problem : status + u' ' + problem;
     m_status->setText(status);
     m_progress->setValue(m_viewModel.sshCheckProgress());
     m_progress->setVisible(m_viewModel.sshCheckRunning());
