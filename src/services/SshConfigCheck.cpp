@@ -96,8 +96,10 @@ void SshConfigCheck::start(const QString& textOnDisk, const QString& textToSave)
     if (copies.hasExec())
         passes.append({ copies.write(u"on-disk-exec-true"_s, textOnDisk, true),
             copies.write(u"to-save-exec-true"_s, textToSave, true), u" (als Match exec slaagt)"_s });
-    const QList<SshProbeName> probes
-        = namesThatMayDiffer(SshProbeName::forPatterns(copies.hostPatterns(), true), textOnDisk, textToSave);
+    QList<SshProbeName> probes = SshProbeName::forPatterns(copies.hostPatterns(), true);
+    // A Match line in an included file can make ssh read every file again for another name.
+    if (!copies.hasMatch())
+        probes = namesThatMayDiffer(std::move(probes), textOnDisk, textToSave);
     if (probes.size() > maxNames) {
         finishWith({ {},
             u"Te veel hostnamen ("_s + QString::number(probes.size())

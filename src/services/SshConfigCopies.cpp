@@ -75,8 +75,10 @@ QString SshConfigCopies::rewriteLine(const QString& line, bool execAnswer, int d
             notePatterns(words.at(i), QChar());
         return line;
     }
-    if (keyword == u"match"_s)
+    if (keyword == u"match"_s) {
+        m_hasMatch = true;
         return rewriteMatch(words, execAnswer);
+    }
     if (keyword == u"include"_s)
         return rewriteInclude(words, execAnswer, depth);
     return line;

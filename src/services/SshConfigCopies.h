@@ -28,6 +28,8 @@ public:
 
     /// Whether any text written so far (included files too) has a "Match exec" criterion.
     bool hasExec() const { return m_hasExec; }
+    /// Whether any text written so far (included files too) has a Match line.
+    bool hasMatch() const { return m_hasMatch; }
     /// Every host pattern found so far, each once, in the order found.
     const QStringList& hostPatterns() const { return m_hostPatterns; }
 
@@ -44,4 +46,5 @@ private:
     QStringList m_hostPatterns;
     QSet<QString> m_seenPatterns;
     bool m_hasExec = false;
+    bool m_hasMatch = false;
 };

@@ -12,7 +12,8 @@
 /// name may match. "May": every doubt counts as a match (letter case is ignored, a negated pattern
 /// never excludes), so a name is only ever left out when ssh cannot read its lines differently. Lines
 /// are compared as ssh cuts them into words, so indentation, spacing, "=" and comments do not count.
-/// An Include line counts as the line itself: both texts include the same files. A config with a
+/// An Include line counts as the line itself: both texts include the same files (whose own Match
+/// lines the caller must look for, see SshConfigCopies::hasMatch()). A config with a
 /// Match line is not judged at all (a Match block depends on more than the name, and "Match final"
 /// makes ssh read the file again for another name): then every name may be reached by every line.
 class SshConfigReach

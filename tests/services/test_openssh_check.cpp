@@ -178,6 +178,20 @@ private slots:
             qPrintable(reported.join(u'\n')));
     }
 
+    /// "Match final" in an included file makes ssh read the config again for the HostName: a block of
+    /// another name then reaches web, and web must still be asked about.
+    void matchFinalInAnIncludedFileReachesOtherBlocks()
+    {
+        const QString included = m_files.filePath(u"final.conf"_s);
+        QVERIFY(writeBytes(included, "Match final\n  Compression yes\n"));
+        const QString head = u"Include "_s + included + u"\nHost web\n  HostName db\n\nHost db\n"_s;
+        SshConfigCheck check(m_ssh);
+        check.start(head + u"  User olduser\n"_s, head + u"  User newuser\n"_s);
+        const QStringList reported = describe(waitForResult(check));
+        QVERIFY2(reported.contains(u"web: user olduser -> newuser"_s), qPrintable(reported.join(u'\n')));
+        QVERIFY2(reported.contains(u"db: user olduser -> newuser"_s), qPrintable(reported.join(u'\n')));
+    }
+
     /// Thousands of names would keep ssh busy for minutes: the check says it skipped them instead.
     void tooManyNamesAreSkippedAndSaid()
     {
