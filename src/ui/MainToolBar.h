@@ -11,9 +11,10 @@ class SSHConfigViewModel;
 /// ("Save", "Save Raw", "Save Known Hosts") and which answers Ctrl+S (Command-S on macOS); a divider;
 /// "Connect", enabled only while the tab's own selection exists (a known_hosts entry in the Known Hosts
 /// tab, a host in the others); "Add Host" and "Delete Host" (enabled only with a selected host), both
-/// hidden in the Known Hosts tab; then "Wat verandert er voor ssh?" (Ctrl+Shift+D, on every tab), which
-/// opens the pane with what OpenSSH says a save would change. With a donation page, "Buy me a coffee" at the far end
-/// opens it in the web browser. Each button calls one view-model operation and nothing else.
+/// hidden in the Known Hosts tab; a divider; "Wat verandert er voor ssh?" (Ctrl+Shift+D, on every tab),
+/// which opens the pane with what OpenSSH says a save would change. With a donation page, "Buy me a
+/// coffee" at the far end opens it in the web browser. Each button calls one view-model operation and
+/// nothing else.
 ///
 /// Action object names: "reloadAction", "saveAction", "connectAction", "addHostAction",
 /// "deleteHostAction", "sshChangesAction", "donationAction".
