@@ -103,9 +103,13 @@ void KnownHostsCheck::start(const QString& textOnDisk, const QString& textToSave
                 + u") om door ssh-keygen te laten beoordelen; de controle is overgeslagen."_s });
         return;
     }
-    QTemporaryDir* directory = probes.isEmpty() ? nullptr : freshDirectory();
-    if (!directory) {
+    if (probes.isEmpty()) {
         finishWith({});
+        return;
+    }
+    QTemporaryDir* directory = freshDirectory();
+    if (!directory) {
+        finishWith({ {}, u"Geen tijdelijke map voor de controle door ssh-keygen."_s });
         return;
     }
     const QString before = directory->filePath(u"on-disk"_s);
