@@ -27,6 +27,7 @@ SSHConfigViewModel::SSHConfigViewModel(std::shared_ptr<SSHFileService> fileServi
     m_knownHostsHistory = UndoHistory();
     m_fileWatcher = new FileWatcher({m_fileService->configURL(), m_fileService->knownHostsURL()}, this);
     connect(m_fileWatcher, &FileWatcher::filesMayHaveChanged, this, &SSHConfigViewModel::checkFilesOnDisk);
+    setUpSshCheck();
 }
 
 SSHConfigViewModel::~SSHConfigViewModel() = default;
@@ -136,6 +137,7 @@ void SSHConfigViewModel::replaceKnownHosts(const KnownHostsDocument& document,
 
 void SSHConfigViewModel::load()
 {
+    m_unchangedSaveWarningDismissed = false;
     const QString configSentence = loadConfig();
     const QString knownHostsSentence = loadKnownHosts();
     QString status = configSentence + u' ' + knownHostsSentence;
@@ -146,6 +148,9 @@ void SSHConfigViewModel::load()
         status += u" Het bestand "_s + m_fileService->knownHostsURL()
             + u" is niet geladen en wordt niet opgeslagen."_s;
     setStatusMessage(status);
+    // Right after a load, not after the pause edits get: the bar about an unchanged save belongs here.
+    checkWhatSshWillDo();
+    updateUnchangedSaveWarning();
 }
 
 // The snapshot is taken before the read: should the file change in between, the snapshot is the older
@@ -160,6 +165,7 @@ QString SSHConfigViewModel::loadConfig()
         text = m_fileService->readConfig();
     } catch (const ServiceError& error) {
         change(m_configUnreadable, true, &SSHConfigViewModel::configUnreadableChanged);
+        noteTextOnDisk(SSHFile::config, std::nullopt);
         return u"Config laden mislukt: "_s + error.description();
     }
     adoptConfigText(text);
@@ -180,6 +186,7 @@ void SSHConfigViewModel::adoptConfigText(const QString& text, const SelectionKee
     setRawEditorDirty(false);
     setRawTextDirty(false);
     change(m_configUnreadable, false, &SSHConfigViewModel::configUnreadableChanged);
+    noteTextOnDisk(SSHFile::config, text);
 }
 
 QString SSHConfigViewModel::loadKnownHosts()
@@ -197,6 +204,7 @@ QString SSHConfigViewModel::loadKnownHosts()
         setKnownHostsDirty(false);
         change(m_knownHostsEntryCount, qsizetype(0), &SSHConfigViewModel::knownHostsEntryCountChanged);
         change(m_knownHostsUnreadable, true, &SSHConfigViewModel::knownHostsUnreadableChanged);
+        noteTextOnDisk(SSHFile::knownHosts, std::nullopt);
         recordKnownHostsReplacement(u"Herladen"_s, u"Herladen"_s, std::move(before), viewBefore);
         return u"known_hosts laden mislukt: "_s + error.description();
     }
@@ -218,6 +226,7 @@ void SSHConfigViewModel::adoptKnownHostsText(const QString& text, const Selectio
     setKnownHostsDirty(false);
     updateKnownHostsEntryCount();
     change(m_knownHostsUnreadable, false, &SSHConfigViewModel::knownHostsUnreadableChanged);
+    noteTextOnDisk(SSHFile::knownHosts, text);
 }
 
 void SSHConfigViewModel::ensureValidHostSelection()

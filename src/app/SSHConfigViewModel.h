@@ -5,6 +5,7 @@
 #include "KnownHostsService.h"
 #include "SSHConfigParser.h"
 #include "SSHFileService.h"
+#include "SshCheckResult.h"
 #include "TerminalApp.h"
 #include "TerminalDiscovering.h"
 #include "TerminalLaunching.h"
@@ -22,6 +23,9 @@
 #include <optional>
 
 class FileWatcher;
+class KnownHostsCheck;
+class QTimer;
+class SshConfigCheck;
 
 /// The whole state of the application and every user action on it.
 ///
@@ -37,7 +41,7 @@ class FileWatcher;
 ///
 /// The operations are implemented in one source file per concern: SSHConfigViewModel.cpp (state and
 /// loading), ...HostList.cpp, ...HostEditing.cpp, ...RawText.cpp, ...KnownHosts.cpp, ...Connect.cpp and
-/// ...Terminal.cpp.
+/// ...Terminal.cpp; what OpenSSH makes of a save is in ...SshCheck.cpp.
 class SSHConfigViewModel : public QObject
 {
     Q_OBJECT
@@ -76,6 +80,14 @@ class SSHConfigViewModel : public QObject
     Q_PROPERTY(FileChangeNotice configChangeNotice READ configChangeNotice NOTIFY configChangeNoticeChanged)
     Q_PROPERTY(FileChangeNotice knownHostsChangeNotice READ knownHostsChangeNotice NOTIFY
                    knownHostsChangeNoticeChanged)
+    Q_PROPERTY(QList<SshHostChange> configSshChanges READ configSshChanges NOTIFY configSshChangesChanged)
+    Q_PROPERTY(QList<SshHostChange> knownHostsSshChanges READ knownHostsSshChanges NOTIFY
+                   knownHostsSshChangesChanged)
+    Q_PROPERTY(bool sshCheckRunning READ sshCheckRunning NOTIFY sshCheckRunningChanged)
+    Q_PROPERTY(int sshCheckProgress READ sshCheckProgress NOTIFY sshCheckProgressChanged)
+    Q_PROPERTY(QString sshCheckProblem READ sshCheckProblem NOTIFY sshCheckProblemChanged)
+    Q_PROPERTY(QString unchangedSaveWarning READ unchangedSaveWarning NOTIFY unchangedSaveWarningChanged)
+    Q_PROPERTY(bool sshChangesShown READ sshChangesShown NOTIFY sshChangesShownChanged)
 
 public:
     /// Which editor the main window shows.
@@ -191,6 +203,23 @@ public:
     bool knownHostsUnreadable() const { return m_knownHostsUnreadable; }
     const FileChangeNotice& configChangeNotice() const { return m_configChangeNotice; }
     const FileChangeNotice& knownHostsChangeNotice() const { return m_knownHostsChangeNotice; }
+    /// The config hosts whose settings from `ssh -G` differ between the file on disk and what a save
+    /// from the active tab would write, with each differing keyword (see SSHConfigViewModelSshCheck.cpp).
+    const QList<SshHostChange>& configSshChanges() const { return m_configSshChanges; }
+    /// The host names whose `ssh-keygen -F` answer differs between known_hosts on disk and what a save
+    /// would write.
+    const QList<SshHostChange>& knownHostsSshChanges() const { return m_knownHostsSshChanges; }
+    /// A check by OpenSSH is under way; the two lists above still hold the last complete answer.
+    bool sshCheckRunning() const { return m_sshCheckRunning; }
+    /// How far the running check is, 0 to 100.
+    int sshCheckProgress() const { return m_sshCheckProgress; }
+    /// Why OpenSSH could not judge (ssh or ssh-keygen missing, ...); empty when it could.
+    const QString& sshCheckProblem() const { return m_sshCheckProblem; }
+    /// The bar's sentence when a save would change what ssh does although nothing was changed since
+    /// the last load; empty for no bar.
+    const QString& unchangedSaveWarning() const { return m_unchangedSaveWarning; }
+    /// Whether the "Wat verandert er voor ssh?" pane is shown.
+    bool sshChangesShown() const { return m_sshChangesShown; }
 
     // --- Fixed fields -----------------------------------------------------------------------------
 
@@ -251,6 +280,28 @@ public:
     void keepMyVersion(SSHFile file);
     /// Hides an informing notice ("merged"); a conflict stays until the user chooses.
     void dismissChangeNotice(SSHFile file);
+
+    // --- What OpenSSH makes of a save (SSHConfigViewModelSshCheck.cpp) ------------------------------
+
+    /// Uses these programs for the check instead of the ssh and ssh-keygen found on the PATH; an empty
+    /// path means the program is missing. Checks again.
+    void setSshCheckPrograms(const QString& ssh, const QString& sshKeygen);
+    /// Starts both checks now (cancelling running ones); they also start on their own shortly after
+    /// every load, edit, save and tab change.
+    void checkWhatSshWillDo();
+    /// Shows the "Wat verandert er voor ssh?" pane.
+    void showSshChanges();
+    /// Hides that pane.
+    void hideSshChanges();
+    /// Hides the bar about an unchanged save until the next load.
+    void dismissUnchangedSaveWarning();
+    /// The text a config save from the active tab would write (the table in ...RawText.cpp).
+    QString configTextToSave() const;
+    /// The 1-based numbers of the lines of rawText that set a keyword of change (its cause, as far as
+    /// it can be found), at most a few dozen.
+    QList<qsizetype> rawTextLinesFor(const SshHostChange& change) const;
+    /// Shows the raw editor with line (1-based) of rawText.
+    void showRawTextLine(qsizetype line);
 
     // --- Host list (SSHConfigViewModelHostList.cpp) -------------------------------------------------
 
@@ -384,6 +435,15 @@ Q_SIGNALS:
     void knownHostsUnreadableChanged();
     void configChangeNoticeChanged();
     void knownHostsChangeNoticeChanged();
+    void configSshChangesChanged();
+    void knownHostsSshChangesChanged();
+    void sshCheckRunningChanged();
+    void sshCheckProgressChanged();
+    void sshCheckProblemChanged();
+    void unchangedSaveWarningChanged();
+    void sshChangesShownChanged();
+    /// showRawTextLine() asks the raw editor to show this 1-based line of rawText.
+    void rawTextLineRequested(qsizetype line);
     /// canUndo, canRedo, undoText or redoText may have changed.
     void undoHistoryChanged();
 
@@ -499,6 +559,12 @@ private:
                              const QString& stepPastTense);
     void openSeedInConfig(const KnownHostSeed& seed);
     QString writeConfigText(const QString& text, const QString& prefixOnSuccess);
+    void setUpSshCheck();
+    void scheduleSshCheck();
+    void noteTextOnDisk(SSHFile file, std::optional<QString> text);
+    void takeSshCheckResult(SSHFile file, const SshCheckResult& result);
+    void updateSshCheckProgress();
+    void updateUnchangedSaveWarning();
 
     std::shared_ptr<SSHFileService> m_fileService;
     SSHConfigParser m_parser;
@@ -535,6 +601,30 @@ private:
     FileSnapshot m_configOnDisk;
     FileSnapshot m_knownHostsOnDisk;
     FileWatcher* m_fileWatcher = nullptr;
+
+    QList<SshHostChange> m_configSshChanges;
+    QList<SshHostChange> m_knownHostsSshChanges;
+    bool m_sshCheckRunning = false;
+    int m_sshCheckProgress = 0;
+    QString m_sshCheckProblem;
+    QString m_unchangedSaveWarning;
+    bool m_sshChangesShown = false;
+    // The text of each file as last loaded or saved: what a save is compared with. Nothing after a
+    // failed load, when there is no such text to compare.
+    std::optional<QString> m_configTextOnDisk;
+    std::optional<QString> m_knownHostsTextOnDisk;
+    SshConfigCheck* m_configCheck = nullptr;
+    KnownHostsCheck* m_knownHostsCheck = nullptr;
+    QTimer* m_sshCheckDelay = nullptr;
+    // The pair of texts each check last started on, so that an unchanged pair is not checked again.
+    std::optional<std::pair<QString, QString>> m_configCheckTexts;
+    std::optional<std::pair<QString, QString>> m_knownHostsCheckTexts;
+    // Progress of the two checks: done and total runs.
+    std::pair<qsizetype, qsizetype> m_configCheckProgress;
+    std::pair<qsizetype, qsizetype> m_knownHostsCheckProgress;
+    QString m_configCheckProblem;
+    QString m_knownHostsCheckProblem;
+    bool m_unchangedSaveWarningDismissed = false;
     UndoHistory m_configHistory;
     UndoHistory m_knownHostsHistory;
     // The raw text as the last config step left it: the raw editor writes rawText before it reports

@@ -85,6 +85,7 @@ void SSHConfigViewModel::raiseConflict(SSHFile file)
 void SSHConfigViewModel::rememberSavedFile(SSHFile file, const QString& text)
 {
     snapshotOf(file) = FileSnapshot::ofWrittenFile(pathOf(file), text.toUtf8());
+    noteTextOnDisk(file, text);
     if (file == SSHFile::config)
         change(m_configUnreadable, false, &SSHConfigViewModel::configUnreadableChanged);
     else
@@ -157,6 +158,7 @@ void SSHConfigViewModel::reloadQuietly(SSHFile file)
     } catch (const ServiceError& error) {
         // The old content stays shown, but it no longer matches the file, so it is not saved over it.
         snapshotOf(file) = onDisk;
+        noteTextOnDisk(file, std::nullopt);
         if (file == SSHFile::config)
             change(m_configUnreadable, true, &SSHConfigViewModel::configUnreadableChanged);
         else
@@ -229,6 +231,7 @@ bool SSHConfigViewModel::mergeAppendedKnownHosts()
     recordKnownHostsReplacement(u"Toegevoegde regels opnemen"_s, u"Toegevoegde regels opgenomen"_s, std::move(before),
                                 viewBefore);
     m_knownHostsOnDisk = onDisk;
+    noteTextOnDisk(SSHFile::knownHosts, QString::fromUtf8(bytes));
     setChangeNotice(SSHFile::knownHosts,
                     {NoticeKind::merged, u"Aan "_s + path + u" zijn buiten Tarnwick "_s + countedLines(addedLines)
                                              + u" toegevoegd (zoals ssh doet bij een nieuwe host); ze zijn opgenomen "

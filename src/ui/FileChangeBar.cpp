@@ -13,18 +13,6 @@ using namespace Qt::StringLiterals;
 using SSHFile = SSHConfigViewModel::SSHFile;
 using NoticeKind = SSHConfigViewModel::FileChangeNotice::Kind;
 
-namespace
-{
-// A light tint of the accent over the window colour, so the bar reads in light and dark themes alike.
-QColor tinted(const QColor& accent, const QColor& window)
-{
-    constexpr double share = 0.2;
-    return QColor::fromRgbF(static_cast<float>(window.redF() * (1 - share) + accent.redF() * share),
-                            static_cast<float>(window.greenF() * (1 - share) + accent.greenF() * share),
-                            static_cast<float>(window.blueF() * (1 - share) + accent.blueF() * share));
-}
-} // namespace
-
 FileChangeBar::FileChangeBar(SSHConfigViewModel& viewModel, SSHFile file, QWidget* parent)
     : QFrame(parent)
     , m_viewModel(viewModel)
@@ -85,7 +73,7 @@ void FileChangeBar::showNotice()
     m_close->setVisible(current.kind == NoticeKind::merged);
     QPalette palette = this->palette();
     const QColor accent = conflict ? warningOrange() : palette.color(QPalette::Highlight);
-    palette.setColor(QPalette::Window, tinted(accent, QWidget::palette().color(QPalette::Base)));
+    palette.setColor(QPalette::Window, messageBarColor(accent, QWidget::palette().color(QPalette::Base)));
     setPalette(palette);
 }
 

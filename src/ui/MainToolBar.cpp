@@ -29,6 +29,9 @@ MainToolBar::MainToolBar(SSHConfigViewModel& viewModel, std::optional<QUrl> dona
     m_connect = addViewModelAction(u"connectAction"_s, u"Connect"_s, u"terminal");
     m_addHost = addViewModelAction(u"addHostAction"_s, u"Add Host"_s, u"plus");
     m_deleteHost = addViewModelAction(u"deleteHostAction"_s, u"Delete Host"_s, u"trash");
+    addSeparator();
+    m_sshChanges = addViewModelAction(u"sshChangesAction"_s, u"Wat verandert er voor ssh?"_s, u"checkmark.circle");
+    m_sshChanges->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D));
     if (donationURL)
         addDonationLink(*donationURL);
 
@@ -37,11 +40,11 @@ MainToolBar::MainToolBar(SSHConfigViewModel& viewModel, std::optional<QUrl> dona
     connect(m_connect, &QAction::triggered, this, &MainToolBar::connectSelected);
     connect(m_addHost, &QAction::triggered, &m_viewModel, &SSHConfigViewModel::addHost);
     connect(m_deleteHost, &QAction::triggered, &m_viewModel, &SSHConfigViewModel::deleteSelectedHost);
+    connect(m_sshChanges, &QAction::triggered, &m_viewModel, &SSHConfigViewModel::showSshChanges);
 
     connect(&m_viewModel, &SSHConfigViewModel::activeEditorTabChanged, this, &MainToolBar::showActiveTab);
     connect(&m_viewModel, &SSHConfigViewModel::selectedHostIDChanged, this, &MainToolBar::updateEnabling);
-    connect(&m_viewModel, &SSHConfigViewModel::selectedKnownHostEntryIDChanged, this,
-            &MainToolBar::updateEnabling);
+    connect(&m_viewModel, &SSHConfigViewModel::selectedKnownHostEntryIDChanged, this, &MainToolBar::updateEnabling);
     showActiveTab();
 }
 
@@ -75,7 +78,7 @@ void MainToolBar::showActiveTab()
 {
     const EditorTab tab = m_viewModel.activeEditorTab();
     m_save->setText(tab == EditorTab::structured ? u"Save"_s
-                    : tab == EditorTab::raw      ? u"Save Raw"_s
+            : tab == EditorTab::raw              ? u"Save Raw"_s
                                                  : u"Save Known Hosts"_s);
     m_addHost->setVisible(tab != EditorTab::knownHosts);
     m_deleteHost->setVisible(tab != EditorTab::knownHosts);

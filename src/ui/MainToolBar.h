@@ -11,11 +11,13 @@ class SSHConfigViewModel;
 /// ("Save", "Save Raw", "Save Known Hosts") and which answers Ctrl+S (Command-S on macOS); a divider;
 /// "Connect", enabled only while the tab's own selection exists (a known_hosts entry in the Known Hosts
 /// tab, a host in the others); "Add Host" and "Delete Host" (enabled only with a selected host), both
-/// hidden in the Known Hosts tab. With a donation page, "Buy me a coffee" at the far end opens it in
-/// the web browser. Each button calls one view-model operation and nothing else.
+/// hidden in the Known Hosts tab; a divider; "Wat verandert er voor ssh?" (Ctrl+Shift+D, on every tab),
+/// which opens the pane with what OpenSSH says a save would change. With a donation page, "Buy me a
+/// coffee" at the far end opens it in the web browser. Each button calls one view-model operation and
+/// nothing else.
 ///
 /// Action object names: "reloadAction", "saveAction", "connectAction", "addHostAction",
-/// "deleteHostAction", "donationAction".
+/// "deleteHostAction", "sshChangesAction", "donationAction".
 class MainToolBar : public QToolBar
 {
     Q_OBJECT
@@ -28,6 +30,8 @@ public:
     QAction& connectAction() const { return *m_connect; }
     QAction& addHostAction() const { return *m_addHost; }
     QAction& deleteHostAction() const { return *m_deleteHost; }
+    /// Also offered in the window's View menu.
+    QAction& sshChangesAction() const { return *m_sshChanges; }
     /// The donation link, or null without a donation page.
     QAction* donationAction() const { return m_donation; }
 
@@ -44,5 +48,6 @@ private:
     QAction* m_connect;
     QAction* m_addHost;
     QAction* m_deleteHost;
+    QAction* m_sshChanges;
     QAction* m_donation = nullptr;
 };

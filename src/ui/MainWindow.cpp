@@ -7,23 +7,24 @@
 #include "MainToolBar.h"
 #include "MenuMirrorAction.h"
 #include "MinimumWindowSize.h"
+#include "SshChangesPane.h"
+#include "SshCheckBar.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QTextDocument>
 #include <QScreen>
-#include <QWindow>
+#include <QTextDocument>
 #include <QVBoxLayout>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
 MainWindow::MainWindow(SSHConfigViewModel& viewModel, QWidget* parent)
     : MainWindow(viewModel, configuredDonationURL(), parent)
-{
-}
+{ }
 
 MainWindow::MainWindow(SSHConfigViewModel& viewModel, std::optional<QUrl> donationURL, QWidget* parent)
     : QMainWindow(parent)
@@ -39,6 +40,7 @@ MainWindow::MainWindow(SSHConfigViewModel& viewModel, std::optional<QUrl> donati
     addToolBar(Qt::TopToolBarArea, m_toolBar);
     setCentralWidget(makeCentralWidget(viewModel));
     setStatusBar(m_statusBar);
+    addDockWidget(Qt::RightDockWidgetArea, new SshChangesPane(viewModel, this));
     buildMenuBar();
 }
 
@@ -67,6 +69,7 @@ QWidget* MainWindow::makeCentralWidget(SSHConfigViewModel& viewModel)
     layout->setSpacing(0);
     layout->addWidget(new FileChangeBar(viewModel, SSHConfigViewModel::SSHFile::config, central));
     layout->addWidget(new FileChangeBar(viewModel, SSHConfigViewModel::SSHFile::knownHosts, central));
+    layout->addWidget(new SshCheckBar(viewModel, central));
     m_content->setParent(central);
     layout->addWidget(m_content, 1);
     return central;
@@ -82,7 +85,7 @@ void MainWindow::buildEditMenu()
     undo->setShortcut(QKeySequence::Undo);
     QAction* redo = edit->addAction(m_viewModel.redoText(), &m_viewModel, &SSHConfigViewModel::redo);
     redo->setObjectName(u"redoAction"_s);
-    redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    redo->setShortcuts({ QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y) });
     const auto follow = [this, undo, redo] {
         undo->setText(m_viewModel.undoText());
         undo->setEnabled(m_viewModel.canUndo());
@@ -98,7 +101,8 @@ void MainWindow::buildEditMenu()
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::ShortcutOverride && watched->isWidgetType()
-        && static_cast<QWidget*>(watched)->window() == this && !takesUndoShortcut(watched, *static_cast<QKeyEvent*>(event)))
+        && static_cast<QWidget*>(watched)->window() == this
+        && !takesUndoShortcut(watched, *static_cast<QKeyEvent*>(event)))
         return true;
     return QMainWindow::eventFilter(watched, event);
 }
@@ -108,7 +112,8 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 bool MainWindow::takesUndoShortcut(QObject* watched, const QKeyEvent& key)
 {
     const bool undoKey = key.matches(QKeySequence::Undo);
-    const bool redoKey = key.matches(QKeySequence::Redo) || key.keyCombination() == QKeyCombination(Qt::CTRL | Qt::Key_Y);
+    const bool redoKey
+        = key.matches(QKeySequence::Redo) || key.keyCombination() == QKeyCombination(Qt::CTRL | Qt::Key_Y);
     if (!undoKey && !redoKey)
         return true;
     if (auto* line = qobject_cast<QLineEdit*>(watched))
@@ -167,4 +172,7 @@ void MainWindow::buildViewMenu()
     QAction* search = view->addAction(u"&Find"_s, m_content, &ContentView::focusSearchField);
     search->setObjectName(u"searchAction"_s);
     search->setShortcut(QKeySequence::Find);
+    view->addSeparator();
+    // The toolbar's own action: a second one with Ctrl+Shift+D would make the shortcut ambiguous.
+    view->addAction(&m_toolBar->sshChangesAction());
 }

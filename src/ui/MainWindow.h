@@ -17,15 +17,17 @@ class SSHConfigViewModel;
 ///
 /// Its menu bar reaches every main action from the keyboard. File: New Window (Ctrl+N), Reload, the
 /// toolbar's save action (Ctrl+S), Preferences, Quit. Host: Connect, Add Host, Delete Host, each
-/// standing for its toolbar button. View: the three tabs (Ctrl+1, Ctrl+2, Ctrl+3) and Find (Ctrl+F,
-/// to the active tab's search field). Help: About. New Window, Preferences, Quit and About are not
-/// carried out by the window; it asks through its signals, which the application shell answers.
-/// Action object names: "newWindowAction", "reloadMenuAction", "preferencesAction", "quitAction",
-/// "connectMenuAction", "addHostMenuAction", "deleteHostMenuAction", "structuredTabAction",
-/// "rawTabAction", "knownHostsTabAction", "searchAction", "aboutAction". The Edit menu holds Undo
-/// (Ctrl+Z) and Redo (Ctrl+Shift+Z, Ctrl+Y) of the active tab's document ("undoAction", "redoAction"),
-/// named after the step they take back or do again. Above the content, one bar per file ("configChangeBar", "knownHostsChangeBar") says
-/// when another program changed it.
+/// standing for its toolbar button. View: the three tabs (Ctrl+1, Ctrl+2, Ctrl+3), Find (Ctrl+F, to the
+/// active tab's search field) and the toolbar's "Wat verandert er voor ssh?" (Ctrl+Shift+D), which opens
+/// that pane ("sshChangesPane", docked on the right). Help: About. New Window, Preferences, Quit and
+/// About are not carried out by the window; it asks through its signals, which the application shell
+/// answers. Action object names: "newWindowAction", "reloadMenuAction", "preferencesAction",
+/// "quitAction", "connectMenuAction", "addHostMenuAction", "deleteHostMenuAction",
+/// "structuredTabAction", "rawTabAction", "knownHostsTabAction", "searchAction", "aboutAction". The Edit
+/// menu holds Undo (Ctrl+Z) and Redo (Ctrl+Shift+Z, Ctrl+Y) of the active tab's document ("undoAction",
+/// "redoAction"), named after the step they take back or do again. Above the content, one bar per file
+/// ("configChangeBar", "knownHostsChangeBar") says when another program changed it, and "sshCheckBar"
+/// when a save of an unedited file would change what ssh does.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT

@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStringListModel>
+#include <QTextBlock>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -48,6 +49,7 @@ RawEditorView::RawEditorView(SSHConfigViewModel& viewModel, QWidget* parent)
 
     connect(&m_viewModel, &SSHConfigViewModel::rawTextChanged, this, &RawEditorView::followRawText);
     connect(&m_viewModel, &SSHConfigViewModel::parseErrorsChanged, this, &RawEditorView::followParseErrors);
+    connect(&m_viewModel, &SSHConfigViewModel::rawTextLineRequested, this, &RawEditorView::showLine);
     followRawText();
     followParseErrors();
 }
@@ -215,4 +217,21 @@ void RawEditorView::followParseErrors()
     const int rowHeight = m_errorList->sizeHintForRow(0) + 2 * m_errorList->spacing();
     const qsizetype wanted = rowHeight * lines.size() + 2 * m_errorList->frameWidth();
     m_errorList->setFixedHeight(static_cast<int>(std::min<qsizetype>(wanted, maximumErrorListHeight)));
+}
+
+void RawEditorView::showLine(qsizetype line)
+{
+    // The tab may have been switched to just now: bring the text up to date before looking for the line.
+    if (m_stale || m_viewModel.rawText() != m_editorText) {
+        m_stale = true;
+        followRawText();
+    }
+    const QTextBlock block = m_editor->document()->findBlockByNumber(static_cast<int>(line - 1));
+    if (!block.isValid())
+        return;
+    QTextCursor cursor(block);
+    cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+    m_editor->setTextCursor(cursor);
+    m_editor->centerCursor();
+    m_editor->setFocus(Qt::OtherFocusReason);
 }

@@ -17,7 +17,8 @@ class SSHConfigViewModel;
 /// The editor follows the view model's rawText and writes the user's typing back to it; each user
 /// change is reported once (markRawTextEdited()), never a text that the view model put there itself
 /// and never the first display. While the view is hidden, a new rawText is put into the editor only
-/// when the view is shown again, so a large config is not re-laid out behind another tab.
+/// when the view is shown again, so a large config is not re-laid out behind another tab. A line the
+/// view model asks for (rawTextLineRequested) is selected and scrolled into view.
 class RawEditorView : public QWidget
 {
     Q_OBJECT
@@ -37,6 +38,7 @@ private:
     void followRawText();
     void takeUserEdit();
     void followParseErrors();
+    void showLine(qsizetype line);
 
     SSHConfigViewModel& m_viewModel;
     QPlainTextEdit* m_editor = nullptr;

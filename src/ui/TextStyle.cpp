@@ -55,3 +55,11 @@ QColor warningOrange()
 {
     return QColor(255, 149, 0);
 }
+
+QColor messageBarColor(const QColor& accent, const QColor& window)
+{
+    constexpr double share = 0.2;
+    return QColor::fromRgbF(static_cast<float>(window.redF() * (1 - share) + accent.redF() * share),
+                            static_cast<float>(window.greenF() * (1 - share) + accent.greenF() * share),
+                            static_cast<float>(window.blueF() * (1 - share) + accent.blueF() * share));
+}

@@ -33,3 +33,7 @@ void makeWarningText(QWidget* widget);
 
 /// The orange of warnings ("Unsaved changes", parse-error counts).
 QColor warningOrange();
+
+/// The background of a message bar: a light tint of accent over window, so the bar reads in light and
+/// dark themes alike.
+QColor messageBarColor(const QColor& accent, const QColor& window);

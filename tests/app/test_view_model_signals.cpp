@@ -60,7 +60,7 @@ private Q_SLOTS:
     void everyPropertyHasANotifySignal()
     {
         const QMetaObject& meta = SSHConfigViewModel::staticMetaObject;
-        QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 27);
+        QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 34);
         for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
             QVERIFY2(meta.property(i).hasNotifySignal(), meta.property(i).name());
     }

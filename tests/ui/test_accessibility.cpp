@@ -130,8 +130,8 @@ private Q_SLOTS:
         auto* sheet = child<CreateGroupDialog>(window, u"createGroupDialog"_s);
         QTRY_VERIFY(sheet->isVisible());
         unnamed += unnamedControls(*sheet);
-        // The bars about files changed elsewhere are hidden until that happens; their buttons are named anyway.
-        for (const QString& bar : {u"configChangeBar"_s, u"knownHostsChangeBar"_s}) {
+        // The message bars are hidden until they have something to say; their buttons are named anyway.
+        for (const QString& bar : {u"configChangeBar"_s, u"knownHostsChangeBar"_s, u"sshCheckBar"_s}) {
             for (QAbstractButton* button : child<QWidget>(window, bar)->findChildren<QAbstractButton*>()) {
                 if (button->accessibleName().isEmpty() || button->accessibleDescription().isEmpty())
                     unnamed.append(bar + u": "_s + nameOf(*button));

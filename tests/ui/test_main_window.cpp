@@ -51,7 +51,8 @@ private Q_SLOTS:
         WindowFixture fixture;
         MainWindow window(fixture.make(WindowFixture::sampleConfig()), std::nullopt);
         QCOMPARE(toolBarItems(window.toolBar()),
-                 QStringList({u"Reload"_s, u"Save"_s, u"|"_s, u"Connect"_s, u"Add Host"_s, u"Delete Host"_s}));
+                 QStringList({u"Reload"_s, u"Save"_s, u"|"_s, u"Connect"_s, u"Add Host"_s, u"Delete Host"_s, u"|"_s,
+                              u"Wat verandert er voor ssh?"_s}));
         QVERIFY(action(window, u"reloadAction"_s)->icon().isNull());
         QVERIFY(action(window, u"saveAction"_s)->icon().isNull());
         for (const QString& name : {u"connectAction"_s, u"addHostAction"_s, u"deleteHostAction"_s})

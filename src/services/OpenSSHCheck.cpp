@@ -1,0 +1,63 @@
+#include "OpenSSHCheck.h"
+
+#include <QThread>
+#include <QTimer>
+
+namespace
+{
+// ssh -G and ssh-keygen -F answer in milliseconds; a process still running after this is stuck.
+constexpr int processTimeLimitMs = 10000;
+} // namespace
+
+OpenSSHCheck::OpenSSHCheck(QString program, QObject* parent)
+    : QObject(parent)
+    , m_program(std::move(program))
+    , m_queue(new ProcessQueue(QThread::idealThreadCount(), processTimeLimitMs, this))
+{
+    connect(m_queue, &ProcessQueue::progressed, this, &OpenSSHCheck::progressed);
+    connect(m_queue, &ProcessQueue::finished, this, [this](const QList<ProcessQueue::Outcome>& outcomes) {
+        m_running = false;
+        const SshCheckResult result = m_judge(outcomes);
+        Q_EMIT finished(result);
+    });
+}
+
+OpenSSHCheck::~OpenSSHCheck()
+{
+    // The processes go first: they may still be reading files in the directory.
+    m_queue->cancel();
+}
+
+void OpenSSHCheck::cancel()
+{
+    ++m_generation;
+    m_running = false;
+    m_queue->cancel();
+}
+
+QTemporaryDir* OpenSSHCheck::freshDirectory()
+{
+    m_directory.reset();
+    m_directory = std::make_unique<QTemporaryDir>();
+    return m_directory->isValid() ? m_directory.get() : nullptr;
+}
+
+void OpenSSHCheck::runJobs(QList<ProcessQueue::Job> jobs, Judge judge)
+{
+    cancel();
+    m_judge = std::move(judge);
+    m_running = true;
+    m_queue->run(std::move(jobs));
+}
+
+void OpenSSHCheck::finishWith(SshCheckResult result)
+{
+    cancel();
+    m_running = true;
+    QTimer::singleShot(0, this, [this, generation = m_generation, result = std::move(result)] {
+        if (generation != m_generation)
+            return;
+        m_running = false;
+        Q_EMIT finished(result);
+    });
+}

@@ -1,0 +1,114 @@
+#include "ProcessQueue.h"
+
+#include <QProcess>
+#include <QTimer>
+#include <QVariant>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+const char* const timedOutProperty = "timedOut";
+}
+
+ProcessQueue::ProcessQueue(int parallel, int timeLimitMs, QObject* parent)
+    : QObject(parent)
+    , m_parallel(std::max(parallel, 1))
+    , m_timeLimitMs(timeLimitMs)
+{ }
+
+ProcessQueue::~ProcessQueue()
+{
+    cancel();
+}
+
+void ProcessQueue::run(QList<Job> jobs)
+{
+    cancel();
+    m_jobs = std::move(jobs);
+    m_outcomes = QList<Outcome>(m_jobs.size());
+    m_next = 0;
+    m_done = 0;
+    m_running = true;
+    if (m_jobs.isEmpty()) {
+        // Still asynchronous, so callers see one order of events whatever the list holds.
+        QTimer::singleShot(0, this, [this, generation = m_generation] {
+            if (generation == m_generation && m_running) {
+                m_running = false;
+                Q_EMIT finished({});
+            }
+        });
+        return;
+    }
+    while (m_processes.size() < m_parallel && m_next < m_jobs.size())
+        startNext();
+}
+
+// A cancelled process is killed and left to delete itself once it has really ended, so cancelling
+// never waits for a process on the user-interface thread.
+void ProcessQueue::cancel()
+{
+    ++m_generation;
+    m_running = false;
+    for (QProcess* process : std::as_const(m_processes)) {
+        process->disconnect(this);
+        if (process->state() == QProcess::NotRunning) {
+            delete process;
+            continue;
+        }
+        connect(process, &QProcess::finished, process, &QObject::deleteLater);
+        process->kill();
+    }
+    m_processes.clear();
+}
+
+void ProcessQueue::startNext()
+{
+    const qsizetype index = m_next++;
+    auto* process = new QProcess(this);
+    m_processes.append(process);
+    process->setStandardInputFile(QProcess::nullDevice());
+    connect(process, &QProcess::finished, this, [this, process, index] { collect(process, index); });
+    connect(process, &QProcess::errorOccurred, this, [this, process, index](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            collect(process, index);
+    });
+    QTimer::singleShot(m_timeLimitMs, process, [process] {
+        process->setProperty(timedOutProperty, true);
+        process->kill();
+    });
+    process->start(m_jobs.at(index).program, m_jobs.at(index).arguments);
+}
+
+void ProcessQueue::collect(QProcess* process, qsizetype index)
+{
+    Outcome& outcome = m_outcomes[index];
+    outcome.output = process->readAllStandardOutput();
+    outcome.errorOutput = process->readAllStandardError();
+    if (process->property(timedOutProperty).toBool()) {
+        outcome.problem = u"geen antwoord binnen "_s + QString::number((m_timeLimitMs + 999) / 1000) + u" s"_s;
+    } else if (process->error() == QProcess::FailedToStart) {
+        outcome.problem = process->errorString();
+    } else {
+        outcome.ran = process->exitStatus() == QProcess::NormalExit;
+        outcome.exitCode = process->exitCode();
+        if (!outcome.ran)
+            outcome.problem = u"afgebroken"_s;
+    }
+    m_processes.removeOne(process);
+    process->disconnect(this);
+    process->deleteLater();
+    ++m_done;
+    const quint64 generation = m_generation;
+    Q_EMIT progressed(m_done, m_jobs.size());
+    // A receiver of progressed() may have cancelled or started another run.
+    if (generation != m_generation || !m_running)
+        return;
+    if (m_done == m_jobs.size()) {
+        m_running = false;
+        Q_EMIT finished(m_outcomes);
+        return;
+    }
+    if (m_running && m_next < m_jobs.size())
+        startNext();
+}

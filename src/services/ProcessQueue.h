@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+class QProcess;
+
+/// Runs a list of short programs on the event loop, a few at a time, each with a time limit, and hands
+/// back all their outputs at once. Never blocks and starts no thread: every process is a QProcess whose
+/// signals arrive on the caller's loop. Standard input is the null device; the environment is the
+/// caller's.
+class ProcessQueue : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Job
+    {
+        QString program;
+        QStringList arguments;
+    };
+
+    /// How one job ended. ran is false when the program could not be started or was stopped at its
+    /// time limit; problem then says why.
+    struct Outcome
+    {
+        bool ran = false;
+        int exitCode = -1;
+        QByteArray output;
+        QByteArray errorOutput;
+        QString problem;
+    };
+
+    /// At most parallel processes at once (at least one); each is killed after timeLimitMs.
+    ProcessQueue(int parallel, int timeLimitMs, QObject* parent = nullptr);
+    ~ProcessQueue() override;
+
+    /// Cancels what is running and starts jobs; finished() follows, also for an empty list.
+    void run(QList<Job> jobs);
+    /// Kills the running processes; no finished() comes for them.
+    void cancel();
+    bool isRunning() const { return m_running; }
+
+Q_SIGNALS:
+    /// done of total jobs have ended.
+    void progressed(qsizetype done, qsizetype total);
+    /// Every job has ended; outcomes are in job order.
+    void finished(const QList<ProcessQueue::Outcome>& outcomes);
+
+private:
+    void startNext();
+    void collect(QProcess* process, qsizetype index);
+
+    int m_parallel;
+    int m_timeLimitMs;
+    QList<Job> m_jobs;
+    QList<Outcome> m_outcomes;
+    QList<QProcess*> m_processes;
+    qsizetype m_next = 0;
+    qsizetype m_done = 0;
+    bool m_running = false;
+    quint64 m_generation = 0;
+};

@@ -1,0 +1,137 @@
+#include "SshConfigCheck.h"
+
+#include "SshConfigCopies.h"
+#include "SshConfigReach.h"
+#include "SshSettings.h"
+
+using namespace Qt::StringLiterals;
+
+using Outcome = ProcessQueue::Outcome;
+
+namespace
+{
+// Beyond this many names a check would keep ssh busy for minutes: it is skipped and says so.
+constexpr qsizetype maxNames = 5000;
+
+// One pass: the two files as evaluated with one answer for every "Match exec".
+struct Pass
+{
+    QString before;
+    QString after;
+    QString keywordSuffix;
+};
+
+QString firstLine(const QByteArray& bytes)
+{
+    return QString::fromUtf8(bytes).trimmed().section(u'\n', 0, 0);
+}
+
+// What ssh said about the file as a whole, for a run that did not print settings.
+QString failureOf(const Outcome& outcome)
+{
+    if (!outcome.ran)
+        return u"fout: "_s + outcome.problem;
+    return u"fout: "_s + firstLine(outcome.errorOutput);
+}
+
+bool succeeded(const Outcome& outcome)
+{
+    return outcome.ran && outcome.exitCode == 0;
+}
+
+QList<SshSettingChange> changesBetween(const Outcome& before, const Outcome& after)
+{
+    if (succeeded(before) && succeeded(after))
+        return SshSettings::changes(SshSettings::fromOutput(before.output), SshSettings::fromOutput(after.output));
+    const QString was = succeeded(before) ? u"leest het bestand"_s : failureOf(before);
+    const QString becomes = succeeded(after) ? u"leest het bestand"_s : failureOf(after);
+    if (was == becomes)
+        return {};
+    return { { u"ssh"_s, was, becomes } };
+}
+
+void addNewKeywords(QList<SshSettingChange>& into, const QList<SshSettingChange>& more, const QString& suffix)
+{
+    for (SshSettingChange change : more) {
+        const bool known = std::any_of(
+            into.cbegin(), into.cend(), [&](const SshSettingChange& seen) { return seen.keyword == change.keyword; });
+        if (known)
+            continue;
+        change.keyword += suffix;
+        into.append(change);
+    }
+}
+// ssh is asked only about names whose reachable lines the save changes; "*" is always asked, since a
+// line ssh cannot read at all fails the file for every name, reachable or not.
+QList<SshProbeName> namesThatMayDiffer(QList<SshProbeName> probes, const QString& textOnDisk, const QString& textToSave)
+{
+    const SshConfigReach before(textOnDisk);
+    const SshConfigReach after(textToSave);
+    probes.removeIf([&](const SshProbeName& probe) {
+        return probe.shown != u"*"_s && !SshConfigReach::mayDiffer(before, after, probe.asked);
+    });
+    return probes;
+}
+} // namespace
+
+void SshConfigCheck::start(const QString& textOnDisk, const QString& textToSave)
+{
+    cancel();
+    if (program().isEmpty()) {
+        finishWith({ {}, u"ssh is niet gevonden, dus OpenSSH kan deze opslag niet beoordelen."_s });
+        return;
+    }
+    if (textOnDisk == textToSave) {
+        finishWith({});
+        return;
+    }
+    QTemporaryDir* directory = freshDirectory();
+    if (!directory) {
+        finishWith({ {}, u"Geen tijdelijke map voor de controle door ssh."_s });
+        return;
+    }
+    SshConfigCopies copies(directory->path());
+    QList<Pass> passes { { copies.write(u"on-disk-exec-false"_s, textOnDisk, false),
+        copies.write(u"to-save-exec-false"_s, textToSave, false), QString() } };
+    if (copies.hasExec())
+        passes.append({ copies.write(u"on-disk-exec-true"_s, textOnDisk, true),
+            copies.write(u"to-save-exec-true"_s, textToSave, true), u" (als Match exec slaagt)"_s });
+    QList<SshProbeName> probes = SshProbeName::forPatterns(copies.hostPatterns(), true);
+    // A Match line in an included file can make ssh read every file again for another name.
+    if (!copies.hasMatch())
+        probes = namesThatMayDiffer(std::move(probes), textOnDisk, textToSave);
+    if (probes.size() > maxNames) {
+        finishWith({ {},
+            u"Te veel hostnamen ("_s + QString::number(probes.size())
+                + u") om elke opslag door ssh te laten beoordelen; de controle is overgeslagen."_s });
+        return;
+    }
+
+    QList<ProcessQueue::Job> jobs;
+    for (const Pass& pass : std::as_const(passes)) {
+        for (const SshProbeName& probe : probes) {
+            jobs.append(askSsh(pass.before, probe.asked));
+            jobs.append(askSsh(pass.after, probe.asked));
+        }
+    }
+    runJobs(jobs, [passes, probes](const QList<Outcome>& outcomes) {
+        SshCheckResult result;
+        for (qsizetype p = 0; p < probes.size(); ++p) {
+            QList<SshSettingChange> changes;
+            for (qsizetype pass = 0; pass < passes.size(); ++pass) {
+                const qsizetype at = 2 * (pass * probes.size() + p);
+                addNewKeywords(
+                    changes, changesBetween(outcomes.at(at), outcomes.at(at + 1)), passes.at(pass).keywordSuffix);
+            }
+            if (!changes.isEmpty())
+                result.hosts.append({ probes.at(p).shown, changes });
+        }
+        return result;
+    });
+}
+
+// Only settings are printed (-G); "--" keeps any name from being read as an option.
+ProcessQueue::Job SshConfigCheck::askSsh(const QString& configPath, const QString& name) const
+{
+    return { program(), { u"-G"_s, u"-F"_s, configPath, u"-o"_s, u"CanonicalizeHostname=no"_s, u"--"_s, name } };
+}

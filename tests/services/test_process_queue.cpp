@@ -1,0 +1,114 @@
+// The queue that runs ssh and ssh-keygen for the check: outcomes in job order whatever order the
+// processes end in, a time limit that stops a hung program, a program that cannot start, and a
+// cancelled run that never reports.
+
+#include "ProcessQueue.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using Outcome = ProcessQueue::Outcome;
+
+namespace
+{
+// Only a hang reaches it.
+constexpr int generousWaitMs = 60000;
+
+ProcessQueue::Job shell(const QString& script)
+{
+    return { u"/bin/sh"_s, { u"-c"_s, script } };
+}
+
+QList<Outcome> runToEnd(ProcessQueue& queue, QList<ProcessQueue::Job> jobs)
+{
+    QSignalSpy finished(&queue, &ProcessQueue::finished);
+    queue.run(std::move(jobs));
+    if (!finished.wait(generousWaitMs))
+        return {};
+    return finished.first().first().value<QList<Outcome>>();
+}
+} // namespace
+
+class TestProcessQueue : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { qRegisterMetaType<QList<Outcome>>(); }
+
+    void outcomesComeInJobOrder()
+    {
+        ProcessQueue queue(2, generousWaitMs);
+        QSignalSpy progressed(&queue, &ProcessQueue::progressed);
+        // The first job ends last.
+        const QList<Outcome> outcomes = runToEnd(
+            queue, { shell(u"sleep 0.3; echo first"_s), shell(u"echo second"_s), shell(u"echo third >&2; exit 3"_s) });
+        QCOMPARE(outcomes.size(), 3);
+        QCOMPARE(outcomes.at(0).output, QByteArray("first\n"));
+        QCOMPARE(outcomes.at(1).output, QByteArray("second\n"));
+        QVERIFY(outcomes.at(2).ran);
+        QCOMPARE(outcomes.at(2).exitCode, 3);
+        QCOMPARE(outcomes.at(2).errorOutput, QByteArray("third\n"));
+        QCOMPARE(progressed.size(), 3);
+        QCOMPARE(progressed.last().at(0).value<qsizetype>(), qsizetype(3));
+        QCOMPARE(progressed.last().at(1).value<qsizetype>(), qsizetype(3));
+    }
+
+    void standardInputIsEmpty()
+    {
+        ProcessQueue queue(1, generousWaitMs);
+        const QList<Outcome> outcomes = runToEnd(queue, { { u"cat"_s, {} } });
+        QCOMPARE(outcomes.size(), 1);
+        QVERIFY(outcomes.first().ran);
+        QVERIFY(outcomes.first().output.isEmpty());
+    }
+
+    void hungProgramIsStoppedAtItsLimit()
+    {
+        ProcessQueue queue(1, 200);
+        const QList<Outcome> outcomes = runToEnd(queue, { shell(u"exec sleep 600"_s), shell(u"echo after"_s) });
+        QCOMPARE(outcomes.size(), 2);
+        QVERIFY(!outcomes.first().ran);
+        QCOMPARE(outcomes.first().problem, u"geen antwoord binnen 1 s"_s);
+        QCOMPARE(outcomes.last().output, QByteArray("after\n"));
+    }
+
+    void programThatCannotStart()
+    {
+        ProcessQueue queue(1, generousWaitMs);
+        const QList<Outcome> outcomes = runToEnd(queue, { { u"/nonexistent/ssh"_s, { u"-G"_s } } });
+        QCOMPARE(outcomes.size(), 1);
+        QVERIFY(!outcomes.first().ran);
+        QVERIFY(!outcomes.first().problem.isEmpty());
+    }
+
+    void cancelledRunNeverReports()
+    {
+        ProcessQueue queue(1, generousWaitMs);
+        QSignalSpy finished(&queue, &ProcessQueue::finished);
+        queue.run({ shell(u"sleep 0.2; echo old"_s) });
+        queue.run({ shell(u"echo new"_s) });
+        QVERIFY(finished.wait(generousWaitMs));
+        QCOMPARE(finished.first().first().value<QList<Outcome>>().first().output, QByteArray("new\n"));
+        queue.run({ shell(u"sleep 0.2"_s) });
+        queue.cancel();
+        QVERIFY(!queue.isRunning());
+        // The killed process ends on its own; the queue must stay quiet about it.
+        QVERIFY(!finished.wait(1000));
+        QCOMPARE(finished.size(), 1);
+    }
+
+    void emptyListStillReportsLater()
+    {
+        ProcessQueue queue(2, generousWaitMs);
+        QSignalSpy finished(&queue, &ProcessQueue::finished);
+        queue.run({});
+        QCOMPARE(finished.size(), 0);
+        QVERIFY(finished.wait(generousWaitMs));
+        QVERIFY(finished.first().first().value<QList<Outcome>>().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestProcessQueue)
+#include "test_process_queue.moc"
