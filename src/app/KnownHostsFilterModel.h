@@ -7,7 +7,7 @@
 #include <vector>
 
 /// The known_hosts list as the known_hosts tab shows it: the rows of a KnownHostsModel that the view
-/// model's own rule (SSHConfigViewModel::knownHostEntryMatches) keeps for its knownHostsSearchText, in
+/// model's own rule (SSHConfigViewModel::knownHostEntryMatchesSearch) keeps for its knownHostsSearchText, in
 /// record order. Follows the search text by itself; never sorts.
 ///
 /// A search change that shows or hides only a few runs of rows is announced row by row; one that
@@ -38,6 +38,7 @@ private:
 
     KnownHostsModel& m_source;
     QString m_query;
+    QString m_fingerprintQuery;
     /// During refilter(): every source row's answer for the new query, so no row is tested twice.
     const std::vector<char>* m_accepted = nullptr;
     /// The answers of the last refilter while the source has not changed since (else empty): asking

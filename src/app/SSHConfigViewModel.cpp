@@ -24,6 +24,7 @@ SSHConfigViewModel::SSHConfigViewModel(std::shared_ptr<SSHFileService> fileServi
     , m_selectedGroup(allGroups)
 {
     Q_ASSERT(m_fileService && m_terminalDiscovery && m_terminalLauncher && m_userDefaults);
+    connectKnownHostTools();
     refreshTerminalApps();
     load();
     m_fileWatcher = new FileWatcher({m_fileService->configURL(), m_fileService->knownHostsURL()}, this);

@@ -2,6 +2,7 @@
 
 #include "FileSnapshot.h"
 #include "HostFieldRules.h"
+#include "KnownHostFingerprint.h"
 #include "KnownHostsService.h"
 #include "SSHConfigParser.h"
 #include "SSHFileService.h"
@@ -71,6 +72,8 @@ class SSHConfigViewModel : public QObject
     Q_PROPERTY(FileChangeNotice configChangeNotice READ configChangeNotice NOTIFY configChangeNoticeChanged)
     Q_PROPERTY(FileChangeNotice knownHostsChangeNotice READ knownHostsChangeNotice NOTIFY
                    knownHostsChangeNoticeChanged)
+    Q_PROPERTY(std::optional<KnownHostFingerprints> selectedKnownHostFingerprints READ
+                   selectedKnownHostFingerprints NOTIFY selectedKnownHostFingerprintsChanged)
 
 public:
     /// Which editor the main window shows.
@@ -287,7 +290,8 @@ public:
 
     /// knownHostsSearchText trimmed of blanks and line breaks and lower-cased.
     QString knownHostsSearchQuery() const;
-    /// The entries of all entry records in record order that match knownHostsSearchQuery().
+    /// The entries of all entry records in record order that match knownHostsSearchQuery(), or whose
+    /// fingerprint matches knownHostsFingerprintQuery().
     QList<KnownHostEntry> filteredKnownHostEntries() const;
     /// True when the lower-cased query occurs in the entry's hosts joined with one blank, its marker's
     /// text, its key type, one blank and key, or its comment (all lower-cased); an empty query matches.
@@ -311,6 +315,26 @@ public:
     /// entry names no usable host.
     static std::optional<KnownHostSeed> knownHostSeed(const KnownHostEntry& entry);
     static std::optional<BracketedHostPort> parseBracketedHostPort(QStringView text);
+
+    // --- Fingerprints (SSHConfigViewModelFingerprints.cpp) --------------------------------------------
+
+    /// The fingerprints of the selected entry's key; nothing without a selection or when the key is not
+    /// valid base64 (the detail pane then says so). Computed for the selected entry only.
+    const std::optional<KnownHostFingerprints>& selectedKnownHostFingerprints() const
+    {
+        return m_selectedKnownHostFingerprints;
+    }
+    /// The search text, trimmed, when it starts with "SHA256:" in any letter case (written back as
+    /// "SHA256:"); empty otherwise. Fingerprints are base64 and so case-sensitive after the prefix.
+    QString knownHostsFingerprintQuery() const;
+    /// True when the entry's SHA-256 fingerprint starts with fingerprintQuery (never for an empty query
+    /// or a key that is not base64).
+    static bool knownHostEntryMatchesFingerprint(const KnownHostEntry& entry, QStringView fingerprintQuery);
+    /// What the known_hosts list shows: knownHostEntryMatches(), or else a fingerprint match.
+    static bool knownHostEntryMatchesSearch(const KnownHostEntry& entry, QStringView loweredQuery,
+                                            QStringView fingerprintQuery);
+    /// The detail pane put a fingerprint on the clipboard: says so in the status line.
+    void reportFingerprintCopied();
 
     // --- Connect (SSHConfigViewModelConnect.cpp) ---------------------------------------------------
 
@@ -358,6 +382,7 @@ Q_SIGNALS:
     void knownHostsUnreadableChanged();
     void configChangeNoticeChanged();
     void knownHostsChangeNoticeChanged();
+    void selectedKnownHostFingerprintsChanged();
 
     // Row-level changes of document().hosts, for list adapters. Each "about to" signal comes before the
     // change, its partner after; positions are those of document().hosts.
@@ -426,6 +451,9 @@ private:
     bool changeSelectedEntry(const std::function<void(KnownHostEntry&)>& edit);
     void openSeedInConfig(const KnownHostSeed& seed);
     QString writeConfigText(const QString& text, const QString& prefixOnSuccess);
+    /// Keeps the properties derived from the known_hosts document and the selections up to date.
+    void connectKnownHostTools();
+    void updateSelectedKnownHostFingerprints();
 
     std::shared_ptr<SSHFileService> m_fileService;
     SSHConfigParser m_parser;
@@ -462,4 +490,5 @@ private:
     FileSnapshot m_configOnDisk;
     FileSnapshot m_knownHostsOnDisk;
     FileWatcher* m_fileWatcher = nullptr;
+    std::optional<KnownHostFingerprints> m_selectedKnownHostFingerprints;
 };

@@ -22,10 +22,11 @@ QString SSHConfigViewModel::knownHostsSearchQuery() const
 QList<KnownHostEntry> SSHConfigViewModel::filteredKnownHostEntries() const
 {
     const QString query = knownHostsSearchQuery();
+    const QString fingerprintQuery = knownHostsFingerprintQuery();
     QList<KnownHostEntry> result;
     for (const KnownHostsRecord& record : m_knownHostsDocument.records()) {
         const KnownHostEntry* entry = record.kind().entry();
-        if (entry && knownHostEntryMatches(*entry, query))
+        if (entry && knownHostEntryMatchesSearch(*entry, query, fingerprintQuery))
             result.append(*entry);
     }
     return result;

@@ -1,6 +1,7 @@
 #include "KnownHostDetailView.h"
 
 #include "EmptyStateView.h"
+#include "KnownHostFingerprintView.h"
 #include "SSHConfigViewModel.h"
 #include "SymbolIcon.h"
 #include "SymbolLabel.h"
@@ -90,6 +91,7 @@ QWidget* KnownHostDetailView::buildDetails()
     m_hosts = selectableLabel(m_details, u"knownHostHostsLabel"_s);
     layout->addWidget(m_hosts);
     layout->addWidget(buildFactsRow());
+    layout->addWidget(new KnownHostFingerprintView(m_viewModel, m_details));
     layout->addWidget(buildButtonRow());
     layout->addWidget(buildCommentSection());
     layout->addStretch(1);
