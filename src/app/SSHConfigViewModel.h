@@ -3,6 +3,7 @@
 #include "FileSnapshot.h"
 #include "HostFieldRules.h"
 #include "KnownHostFingerprint.h"
+#include "KnownHostNameIndex.h"
 #include "KnownHostsService.h"
 #include "SSHConfigParser.h"
 #include "SSHFileService.h"
@@ -74,6 +75,7 @@ class SSHConfigViewModel : public QObject
                    knownHostsChangeNoticeChanged)
     Q_PROPERTY(std::optional<KnownHostFingerprints> selectedKnownHostFingerprints READ
                    selectedKnownHostFingerprints NOTIFY selectedKnownHostFingerprintsChanged)
+    Q_PROPERTY(std::optional<KnownHostLookup> knownHostLookup READ knownHostLookup NOTIFY knownHostLookupChanged)
 
 public:
     /// Which editor the main window shows.
@@ -110,6 +112,16 @@ public:
         QString text;
 
         friend bool operator==(const FileChangeNotice&, const FileChangeNotice&) = default;
+    };
+
+    /// The answer to "Zoek host": the name ssh looks up and the entries it would use for it, in file order.
+    /// While there is one, the known_hosts list shows only those entries.
+    struct KnownHostLookup
+    {
+        QString name;
+        QList<QUuid> entryIDs;
+
+        friend bool operator==(const KnownHostLookup&, const KnownHostLookup&) = default;
     };
 
     /// What a known_hosts entry gives for finding or making a config host block.
@@ -336,6 +348,21 @@ public:
     /// The detail pane put a fingerprint on the clipboard: says so in the status line.
     void reportFingerprintCopied();
 
+    // --- Host lookup (SSHConfigViewModelHostLookup.cpp) -----------------------------------------------
+
+    const std::optional<KnownHostLookup>& knownHostLookup() const { return m_knownHostLookup; }
+    /// "Zoek host": finds every entry ssh would use for a host typed as "name", "name:port" or
+    /// "[name]:port" (hashed names included), shows only those in the list, selects the first and says
+    /// how many there are. An empty text ends the lookup.
+    void findKnownHostEntriesForHost(const QString& hostText);
+    /// Shows every entry again.
+    void clearKnownHostLookup();
+    /// The name ssh looks up for a typed host: lower-cased as ssh does with the name it is given, in
+    /// brackets with a port other than 22; nothing for an empty text or a port that is not a number.
+    static std::optional<QString> knownHostLookupNameForText(QStringView hostText);
+    /// The ids of the active entries ssh would use for lookupName, in file order.
+    QList<QUuid> knownHostEntryIDsForName(const QString& lookupName) const;
+
     // --- Connect (SSHConfigViewModelConnect.cpp) ---------------------------------------------------
 
     void connectSelectedHost();
@@ -383,6 +410,7 @@ Q_SIGNALS:
     void configChangeNoticeChanged();
     void knownHostsChangeNoticeChanged();
     void selectedKnownHostFingerprintsChanged();
+    void knownHostLookupChanged();
 
     // Row-level changes of document().hosts, for list adapters. Each "about to" signal comes before the
     // change, its partner after; positions are those of document().hosts.
@@ -454,6 +482,9 @@ private:
     /// Keeps the properties derived from the known_hosts document and the selections up to date.
     void connectKnownHostTools();
     void updateSelectedKnownHostFingerprints();
+    void connectHostLookup();
+    void forgetKnownHostNameIndex();
+    void setKnownHostLookup(const std::optional<KnownHostLookup>& lookup);
 
     std::shared_ptr<SSHFileService> m_fileService;
     SSHConfigParser m_parser;
@@ -491,4 +522,8 @@ private:
     FileSnapshot m_knownHostsOnDisk;
     FileWatcher* m_fileWatcher = nullptr;
     std::optional<KnownHostFingerprints> m_selectedKnownHostFingerprints;
+    std::optional<KnownHostLookup> m_knownHostLookup;
+    // Built on the first lookup after a change of the known_hosts document, with the answers given since.
+    mutable std::optional<KnownHostNameIndex> m_knownHostNameIndex;
+    mutable QHash<QString, QList<QUuid>> m_knownHostLookupAnswers;
 };

@@ -23,6 +23,7 @@ void SSHConfigViewModel::connectKnownHostTools()
         });
     connect(this, &SSHConfigViewModel::knownHostRecordRemoved, this,
         &SSHConfigViewModel::updateSelectedKnownHostFingerprints);
+    connectHostLookup();
 }
 
 void SSHConfigViewModel::updateSelectedKnownHostFingerprints()

@@ -2,6 +2,7 @@
 
 #include "KnownHostDetailView.h"
 #include "KnownHostEntryDelegate.h"
+#include "KnownHostLookupBar.h"
 #include "KnownHostsFilterModel.h"
 #include "KnownHostsModel.h"
 #include "KnownHostsParseErrorsView.h"
@@ -28,6 +29,7 @@ KnownHostsView::KnownHostsView(SSHConfigViewModel& viewModel, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setSpacing(12);
     layout->addWidget(buildHeader());
+    layout->addWidget(new KnownHostLookupBar(viewModel, this));
 
     auto* split = new QSplitter(Qt::Horizontal, this);
     split->setObjectName(u"knownHostsSplit"_s);

@@ -84,6 +84,24 @@ private Q_SLOTS:
         QVERIFY(!f.find<QPushButton>(u"knownHostCopyFingerprintButton"_s)->isVisible());
     }
 
+    void lookupFieldFiltersTheList()
+    {
+        Fixture f(u"web-1 "_s + m_key + u"\n[web-1]:2222 "_s + m_key + u"\ndb-1 "_s + m_key + u"\n"_s);
+        auto* list = f.find<QListView>(u"knownHostsList"_s);
+        QCOMPARE(list->model()->rowCount(), 3);
+        QVERIFY(!f.find<QPushButton>(u"knownHostLookupClearButton"_s)->isVisible());
+        QLineEdit* field = f.find<QLineEdit>(u"knownHostLookupField"_s);
+        field->setFocus();
+        QTest::keyClicks(field, u"web-1:2222"_s);
+        QTest::keyClick(field, Qt::Key_Return);
+        QCOMPARE(list->model()->rowCount(), 1);
+        QCOMPARE(list->model()->index(0, 0).data().toString(), u"[web-1]:2222"_s);
+        QCOMPARE(f.find<QLabel>(u"knownHostLookupResult"_s)->text(), u"1 entry voor [web-1]:2222"_s);
+        f.click(u"knownHostLookupClearButton"_s);
+        QCOMPARE(list->model()->rowCount(), 3);
+        QVERIFY(!f.find<QLabel>(u"knownHostLookupResult"_s)->isVisible());
+    }
+
 private:
     SshKeygen m_keygen;
     QString m_key;
