@@ -319,6 +319,10 @@ public:
     /// structured editor.
     void openSSHHostForSelectedKnownHostEntry();
     void deleteSelectedKnownHostEntry();
+    /// Removes one host name (at hostIndex in the entry's hosts) from the selected entry and keeps the
+    /// entry for the others, where ssh-keygen -R would delete the whole line. Refused, with a sentence, for
+    /// the only host of an entry (that is deleteSelectedKnownHostEntry()) or an index outside the hosts.
+    void removeHostFromSelectedKnownHostEntry(qsizetype hostIndex);
     /// Sets every entry's lineNumber to its record's position plus one.
     void renumberKnownHostEntries();
     /// The position of the record holding the entry with that id, or nothing.

@@ -4,6 +4,7 @@
 
 #include "LoweredTextSearch.h"
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -137,6 +138,30 @@ void SSHConfigViewModel::deleteSelectedKnownHostEntry()
     updateKnownHostsEntryCount();
     ensureValidKnownHostSelection();
     setStatusMessage(u"known_hosts entry verwijderd."_s);
+}
+
+void SSHConfigViewModel::removeHostFromSelectedKnownHostEntry(qsizetype hostIndex)
+{
+    const KnownHostEntry* selected = selectedEntry();
+    const QStringList hosts = selected ? selected->hosts() : QStringList();
+    if (selected && hosts.size() < 2) {
+        setStatusMessage(u"Dit is de enige host van deze entry; gebruik Remove om de hele entry te verwijderen."_s);
+        return;
+    }
+    if (selected && (hostIndex < 0 || hostIndex >= hosts.size()))
+        return;
+    QString removed;
+    const bool changed = changeSelectedEntry([&](KnownHostEntry& entry) {
+        QStringList remaining = entry.hosts();
+        removed = remaining.takeAt(hostIndex);
+        entry.setHosts(remaining);
+        // The label "hashed" must stay true of the names that are left.
+        entry.setHashed(std::any_of(remaining.cbegin(), remaining.cend(), [](const QString& host) {
+            return host.startsWith(u"|1|"_s) || host.startsWith(u"|2|"_s);
+        }));
+    });
+    if (changed)
+        setStatusMessage(u"Host "_s + removed + u" verwijderd uit deze known_hosts entry."_s);
 }
 
 void SSHConfigViewModel::renumberKnownHostEntries()

@@ -2,6 +2,7 @@
 
 #include "EmptyStateView.h"
 #include "KnownHostFingerprintView.h"
+#include "KnownHostNamesView.h"
 #include "SSHConfigViewModel.h"
 #include "SymbolIcon.h"
 #include "SymbolLabel.h"
@@ -93,6 +94,7 @@ QWidget* KnownHostDetailView::buildDetails()
     layout->addWidget(buildFactsRow());
     layout->addWidget(new KnownHostFingerprintView(m_viewModel, m_details));
     layout->addWidget(buildButtonRow());
+    layout->addWidget(new KnownHostNamesView(m_viewModel, m_details));
     layout->addWidget(buildCommentSection());
     layout->addStretch(1);
     return m_details;

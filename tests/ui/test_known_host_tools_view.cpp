@@ -102,6 +102,18 @@ private Q_SLOTS:
         QVERIFY(!f.find<QLabel>(u"knownHostLookupResult"_s)->isVisible());
     }
 
+    void removeOneNameFromTheDetailPane()
+    {
+        Fixture f(u"host1,host2,10.0.0.5 "_s + m_key + u"\nsolo "_s + m_key + u"\n"_s);
+        QVERIFY(f.find<QWidget>(u"knownHostNamesView"_s)->isVisible());
+        f.find<QPushButton>(u"knownHostRemoveName1"_s)->click();
+        QCOMPARE(f.viewModel->selectedKnownHostEntry()->hosts(), (QStringList{u"host1"_s, u"10.0.0.5"_s}));
+        QCOMPARE(f.find<QLabel>(u"knownHostHostsLabel"_s)->text(), u"host1, 10.0.0.5"_s);
+        QTRY_VERIFY(!f.view->findChild<QPushButton*>(u"knownHostRemoveName2"_s));
+        f.select(1);
+        QVERIFY(!f.find<QWidget>(u"knownHostNamesView"_s)->isVisible());
+    }
+
 private:
     SshKeygen m_keygen;
     QString m_key;
