@@ -4,6 +4,7 @@
 #include "HostFieldRules.h"
 #include "KnownHostFingerprint.h"
 #include "KnownHostNameIndex.h"
+#include "SSHHostKeyWarning.h"
 #include "KnownHostsService.h"
 #include "SSHConfigParser.h"
 #include "SSHFileService.h"
@@ -76,6 +77,7 @@ class SSHConfigViewModel : public QObject
     Q_PROPERTY(std::optional<KnownHostFingerprints> selectedKnownHostFingerprints READ
                    selectedKnownHostFingerprints NOTIFY selectedKnownHostFingerprintsChanged)
     Q_PROPERTY(std::optional<KnownHostLookup> knownHostLookup READ knownHostLookup NOTIFY knownHostLookupChanged)
+    Q_PROPERTY(std::optional<HostKeyChange> hostKeyChange READ hostKeyChange NOTIFY hostKeyChangeChanged)
 
 public:
     /// Which editor the main window shows.
@@ -122,6 +124,18 @@ public:
         QList<QUuid> entryIDs;
 
         friend bool operator==(const KnownHostLookup&, const KnownHostLookup&) = default;
+    };
+
+    /// A pasted ssh warning about a changed host key and the entry it points at, for the side-by-side view.
+    struct HostKeyChange
+    {
+        SSHHostKeyWarning warning;
+        /// The offending entry, when this file holds it.
+        std::optional<QUuid> entryID;
+        /// The offending entry's SHA256 fingerprint (empty when its key is not base64 or there is none).
+        QString oldFingerprint;
+
+        friend bool operator==(const HostKeyChange&, const HostKeyChange&) = default;
     };
 
     /// What a known_hosts entry gives for finding or making a config host block.
@@ -367,6 +381,16 @@ public:
     /// The ids of the active entries ssh would use for lookupName, in file order.
     QList<QUuid> knownHostEntryIDsForName(const QString& lookupName) const;
 
+    // --- Pasted ssh warning (SSHConfigViewModelHostKeyWarning.cpp) -------------------------------------
+
+    const std::optional<HostKeyChange>& hostKeyChange() const { return m_hostKeyChange; }
+    /// Reads ssh's "REMOTE HOST IDENTIFICATION HAS CHANGED" text, selects the offending entry (by its line
+    /// when that line holds an entry ssh uses for the host, else the first entry ssh uses for the host),
+    /// shows the known_hosts tab and publishes old and new fingerprint. Says why when it finds nothing.
+    void applyHostKeyWarning(const QString& pastedText);
+    /// Hides the side-by-side view.
+    void dismissHostKeyChange();
+
     // --- Connect (SSHConfigViewModelConnect.cpp) ---------------------------------------------------
 
     void connectSelectedHost();
@@ -415,6 +439,7 @@ Q_SIGNALS:
     void knownHostsChangeNoticeChanged();
     void selectedKnownHostFingerprintsChanged();
     void knownHostLookupChanged();
+    void hostKeyChangeChanged();
 
     // Row-level changes of document().hosts, for list adapters. Each "about to" signal comes before the
     // change, its partner after; positions are those of document().hosts.
@@ -487,6 +512,8 @@ private:
     void connectKnownHostTools();
     void updateSelectedKnownHostFingerprints();
     void connectHostLookup();
+    std::optional<QUuid> offendingEntry(const SSHHostKeyWarning& warning) const;
+    bool isKnownHostsFile(const QString& path) const;
     void forgetKnownHostNameIndex();
     void setKnownHostLookup(const std::optional<KnownHostLookup>& lookup);
 
@@ -527,6 +554,7 @@ private:
     FileWatcher* m_fileWatcher = nullptr;
     std::optional<KnownHostFingerprints> m_selectedKnownHostFingerprints;
     std::optional<KnownHostLookup> m_knownHostLookup;
+    std::optional<HostKeyChange> m_hostKeyChange;
     // Built on the first lookup after a change of the known_hosts document, with the answers given since.
     mutable std::optional<KnownHostNameIndex> m_knownHostNameIndex;
     mutable QHash<QString, QList<QUuid>> m_knownHostLookupAnswers;

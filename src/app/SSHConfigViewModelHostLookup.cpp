@@ -39,6 +39,8 @@ void SSHConfigViewModel::connectHostLookup()
     connect(this, &SSHConfigViewModel::knownHostsReset, this, [this] {
         // The document changed before this signal, but the index hears of it only afterwards.
         forgetKnownHostNameIndex();
+        // The entry a pasted warning pointed at has a new id now, if it is still there at all.
+        dismissHostKeyChange();
         if (m_knownHostLookup)
             setKnownHostLookup(KnownHostLookup{m_knownHostLookup->name, knownHostEntryIDsForName(m_knownHostLookup->name)});
     });

@@ -3,6 +3,7 @@
 #include "KnownHostDetailView.h"
 #include "KnownHostEntryDelegate.h"
 #include "KnownHostLookupBar.h"
+#include "HostKeyChangeView.h"
 #include "KnownHostsFilterModel.h"
 #include "KnownHostsModel.h"
 #include "KnownHostsParseErrorsView.h"
@@ -30,6 +31,7 @@ KnownHostsView::KnownHostsView(SSHConfigViewModel& viewModel, QWidget* parent)
     layout->setSpacing(12);
     layout->addWidget(buildHeader());
     layout->addWidget(new KnownHostLookupBar(viewModel, this));
+    layout->addWidget(new HostKeyChangeView(viewModel, this));
 
     auto* split = new QSplitter(Qt::Horizontal, this);
     split->setObjectName(u"knownHostsSplit"_s);

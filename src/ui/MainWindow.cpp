@@ -6,6 +6,8 @@
 #include "MainStatusBar.h"
 #include "MainToolBar.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QMenuBar>
 #include <QVBoxLayout>
 
@@ -18,6 +20,7 @@ MainWindow::MainWindow(SSHConfigViewModel& viewModel, QWidget* parent)
 
 MainWindow::MainWindow(SSHConfigViewModel& viewModel, std::optional<QUrl> donationURL, QWidget* parent)
     : QMainWindow(parent)
+    , m_viewModel(viewModel)
     , m_toolBar(new MainToolBar(viewModel, std::move(donationURL), this))
     , m_content(new ContentView(viewModel, this))
     , m_statusBar(new MainStatusBar(viewModel, this))
@@ -52,6 +55,12 @@ void MainWindow::buildMenuBar()
     QAction* newWindow = file->addAction(u"New Window"_s, this, &MainWindow::newWindowRequested);
     newWindow->setObjectName(u"newWindowAction"_s);
     newWindow->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_N));
+    // ssh's warning is what people have on the clipboard when they come here: one keystroke finds the line.
+    QAction* pasteWarning = file->addAction(u"Plak ssh-waarschuwing"_s, this, [this] {
+        m_viewModel.applyHostKeyWarning(QGuiApplication::clipboard()->text());
+    });
+    pasteWarning->setObjectName(u"pasteHostKeyWarningAction"_s);
+    pasteWarning->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_V));
     file->addSeparator();
     QAction* preferences = file->addAction(u"Preferences…"_s, this, &MainWindow::preferencesRequested);
     preferences->setObjectName(u"preferencesAction"_s);

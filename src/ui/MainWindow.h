@@ -42,6 +42,7 @@ private:
     QWidget* makeCentralWidget(SSHConfigViewModel& viewModel);
     void buildMenuBar();
 
+    SSHConfigViewModel& m_viewModel;
     MainToolBar* m_toolBar;
     ContentView* m_content;
     MainStatusBar* m_statusBar;
