@@ -76,6 +76,11 @@ QVariant HostListModel::data(const QModelIndex& index, int role) const
     switch (role) {
     case Qt::DisplayRole:
         return host.patterns.isEmpty() ? u"*"_s : host.patterns.first();
+    case Qt::AccessibleTextRole:
+        // Read out instead of the dot's colour, which a screen reader cannot convey.
+        return QString(data(index, Qt::DisplayRole).toString() + (host.isEnabled ? QString() : u", uitgeschakeld"_s));
+    case Qt::AccessibleDescriptionRole:
+        return host.groups.isEmpty() ? u"Geen groepen"_s : QString(u"Groepen: "_s + host.groups.join(u", "_s));
     case IdRole:
         return host.id();
     case PatternsRole:

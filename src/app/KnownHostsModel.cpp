@@ -23,6 +23,8 @@ void KnownHostsModel::connectToViewModel()
     connect(vm, &SSHConfigViewModel::knownHostRecordAboutToBeRemoved, this, &KnownHostsModel::recordAboutToBeRemoved);
     connect(vm, &SSHConfigViewModel::knownHostRecordRemoved, this, &KnownHostsModel::recordRemoved);
     connect(vm, &SSHConfigViewModel::knownHostRecordsChanged, this, &KnownHostsModel::recordsChanged);
+    connect(vm, &SSHConfigViewModel::knownHostRecordAboutToBeInserted, this, &KnownHostsModel::recordAboutToBeInserted);
+    connect(vm, &SSHConfigViewModel::knownHostRecordInserted, this, &KnownHostsModel::recordInserted);
 }
 
 void KnownHostsModel::rebuildRows()
@@ -65,6 +67,28 @@ void KnownHostsModel::recordRemoved(qsizetype recordPosition)
     m_rows.noteRemoval();
     m_removingRow = false;
     endRemoveRows();
+}
+
+// Which row the new record takes is only known once it is in the document, so the rows are counted
+// before and the insertion announced after: the record at recordPosition is not read before then.
+void KnownHostsModel::recordAboutToBeInserted(qsizetype recordPosition)
+{
+    m_insertionRow = static_cast<int>(
+        std::lower_bound(m_recordOfRow.cbegin(), m_recordOfRow.cend(), recordPosition) - m_recordOfRow.cbegin());
+}
+
+void KnownHostsModel::recordInserted(qsizetype recordPosition)
+{
+    auto later = std::lower_bound(m_recordOfRow.begin(), m_recordOfRow.end(), recordPosition);
+    for (auto it = later; it != m_recordOfRow.end(); ++it)
+        ++*it;
+    const KnownHostEntry* entry = m_viewModel.knownHostsDocument().records().at(recordPosition).kind().entry();
+    if (!entry)
+        return;
+    beginInsertRows({}, m_insertionRow, m_insertionRow);
+    m_recordOfRow.insert(m_insertionRow, recordPosition);
+    m_rows.noteInsertion(entry->id(), m_insertionRow);
+    endInsertRows();
 }
 
 void KnownHostsModel::recordsChanged(qsizetype first, qsizetype last, bool lineNumberOnly)

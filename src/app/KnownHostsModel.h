@@ -70,10 +70,13 @@ private:
     void recordAboutToBeRemoved(qsizetype recordPosition);
     void recordRemoved(qsizetype recordPosition);
     void recordsChanged(qsizetype first, qsizetype last, bool lineNumberOnly);
+    void recordAboutToBeInserted(qsizetype recordPosition);
+    void recordInserted(qsizetype recordPosition);
 
     SSHConfigViewModel& m_viewModel;
     /// Record position of each row, ascending.
     QList<qsizetype> m_recordOfRow;
     IdRowIndex m_rows;
     bool m_removingRow = false;
+    int m_insertionRow = 0;
 };

@@ -27,6 +27,9 @@ SSHConfigViewModel::SSHConfigViewModel(std::shared_ptr<SSHFileService> fileServi
     connectKnownHostTools();
     refreshTerminalApps();
     load();
+    // What the first load brought is where the histories start, not a step to undo.
+    m_configHistory = UndoHistory();
+    m_knownHostsHistory = UndoHistory();
     m_fileWatcher = new FileWatcher({m_fileService->configURL(), m_fileService->knownHostsURL()}, this);
     connect(m_fileWatcher, &FileWatcher::filesMayHaveChanged, this, &SSHConfigViewModel::checkFilesOnDisk);
 }
@@ -80,8 +83,12 @@ void SSHConfigViewModel::setRawTextDirty(bool dirty)
 
 void SSHConfigViewModel::markRawTextEdited()
 {
+    // The raw editor has already written the new text; the step starts from the text before it.
+    ConfigUndoState before = captureConfigState();
+    before.rawText = m_rawTextBeforeTyping;
     setRawEditorDirty(true);
     setRawTextDirty(true);
+    recordConfigStep(u"Raw tekst bewerken"_s, u"Raw tekst bewerkt"_s, before, u"raw-typing"_s);
 }
 
 void SSHConfigViewModel::setStatusMessage(const QString& message)
@@ -150,6 +157,7 @@ void SSHConfigViewModel::load()
 // one, and the difference is reported later instead of being overwritten unseen.
 QString SSHConfigViewModel::loadConfig()
 {
+    const ConfigUndoState before = captureConfigState();
     m_configOnDisk = FileSnapshot::take(m_fileService->configURL());
     setChangeNotice(SSHFile::config, {});
     QString text;
@@ -160,6 +168,8 @@ QString SSHConfigViewModel::loadConfig()
         return u"Config laden mislukt: "_s + error.description();
     }
     adoptConfigText(text);
+    recordConfigStep(u"Herladen"_s, u"Herladen"_s, before);
+    m_configHistory.markSaved();
     return u"SSH configuratie geladen."_s;
 }
 
@@ -179,6 +189,8 @@ void SSHConfigViewModel::adoptConfigText(const QString& text, const SelectionKee
 
 QString SSHConfigViewModel::loadKnownHosts()
 {
+    KnownHostsSide before{m_knownHostsDocument, m_knownHostsParseErrors};
+    const KnownHostsUndoView viewBefore = captureKnownHostsView();
     m_knownHostsOnDisk = FileSnapshot::take(m_fileService->knownHostsURL());
     setChangeNotice(SSHFile::knownHosts, {});
     QString text;
@@ -190,9 +202,12 @@ QString SSHConfigViewModel::loadKnownHosts()
         setKnownHostsDirty(false);
         change(m_knownHostsEntryCount, qsizetype(0), &SSHConfigViewModel::knownHostsEntryCountChanged);
         change(m_knownHostsUnreadable, true, &SSHConfigViewModel::knownHostsUnreadableChanged);
+        recordKnownHostsReplacement(u"Herladen"_s, u"Herladen"_s, std::move(before), viewBefore);
         return u"known_hosts laden mislukt: "_s + error.description();
     }
     adoptKnownHostsText(text);
+    recordKnownHostsReplacement(u"Herladen"_s, u"Herladen"_s, std::move(before), viewBefore);
+    m_knownHostsHistory.markSaved();
     if (!m_knownHostsParseErrors.isEmpty())
         return u"known_hosts geladen met "_s + QString::number(m_knownHostsParseErrors.size()) + u" parsefout(en)."_s;
     return u"known_hosts geladen."_s;

@@ -11,6 +11,7 @@
 #include "TerminalApp.h"
 #include "TerminalDiscovering.h"
 #include "TerminalLaunching.h"
+#include "UndoHistory.h"
 #include "UserDefaultsStore.h"
 
 #include <QList>
@@ -69,6 +70,10 @@ class SSHConfigViewModel : public QObject
     Q_PROPERTY(bool knownHostsDirty READ knownHostsDirty NOTIFY knownHostsDirtyChanged)
     Q_PROPERTY(qsizetype knownHostsEntryCount READ knownHostsEntryCount NOTIFY knownHostsEntryCountChanged)
     Q_PROPERTY(QString lastBackupPath READ lastBackupPath NOTIFY lastBackupPathChanged)
+    Q_PROPERTY(bool canUndo READ canUndo NOTIFY undoHistoryChanged)
+    Q_PROPERTY(bool canRedo READ canRedo NOTIFY undoHistoryChanged)
+    Q_PROPERTY(QString undoText READ undoText NOTIFY undoHistoryChanged)
+    Q_PROPERTY(QString redoText READ redoText NOTIFY undoHistoryChanged)
     Q_PROPERTY(bool configUnreadable READ configUnreadable NOTIFY configUnreadableChanged)
     Q_PROPERTY(bool knownHostsUnreadable READ knownHostsUnreadable NOTIFY knownHostsUnreadableChanged)
     Q_PROPERTY(FileChangeNotice configChangeNotice READ configChangeNotice NOTIFY configChangeNoticeChanged)
@@ -240,6 +245,26 @@ public:
     /// Keeps a selected entry that exists, else selects the first entry, else nothing.
     void ensureValidKnownHostSelection();
     void updateKnownHostsEntryCount();
+
+    // --- Undo and redo (SSHConfigViewModelUndo.cpp) -----------------------------------------------
+
+    // Each document has its own history; the config's serves the structured and raw tabs, the
+    // known_hosts history the known_hosts tab. Every change of a document is one step, a reload
+    // included; saves are not steps, and the steps before a save stay undoable.
+
+    /// Whether the active tab's document has a step to undo.
+    bool canUndo() const;
+    bool canRedo() const;
+    /// "Ongedaan maken: " and the step's name ("Host verwijderen"), or "Ongedaan maken" without one.
+    QString undoText() const;
+    /// "Opnieuw doen: " and the step's name, or "Opnieuw doen" without one.
+    QString redoText() const;
+    /// Takes back the active tab's last step: document, raw text, selection and tab as they were, the
+    /// unsaved-change flags as they follow from the last save, and a status sentence naming the step.
+    void undo();
+    void redo();
+    const UndoHistory& configHistory() const { return m_configHistory; }
+    const UndoHistory& knownHostsHistory() const { return m_knownHostsHistory; }
 
     // --- Changes by other programs (SSHConfigViewModelFileGuard.cpp) -------------------------------
 
@@ -440,6 +465,8 @@ Q_SIGNALS:
     void selectedKnownHostFingerprintsChanged();
     void knownHostLookupChanged();
     void hostKeyChangeChanged();
+    /// canUndo, canRedo, undoText or redoText may have changed.
+    void undoHistoryChanged();
 
     // Row-level changes of document().hosts, for list adapters. Each "about to" signal comes before the
     // change, its partner after; positions are those of document().hosts.
@@ -459,6 +486,9 @@ Q_SIGNALS:
     void knownHostsReset();
     void knownHostRecordAboutToBeRemoved(qsizetype recordPosition);
     void knownHostRecordRemoved(qsizetype recordPosition);
+    /// A record is put back at recordPosition (an undone removal).
+    void knownHostRecordAboutToBeInserted(qsizetype recordPosition);
+    void knownHostRecordInserted(qsizetype recordPosition);
     /// The entries of the records first..last (inclusive) changed in place; lineNumberOnly when only
     /// their line numbers did.
     void knownHostRecordsChanged(qsizetype first, qsizetype last, bool lineNumberOnly);
@@ -492,6 +522,47 @@ private:
     using SelectionKeeper = std::function<std::optional<QUuid>()>;
     void adoptConfigText(const QString& text, const SelectionKeeper& keepSelection = {});
     void adoptKnownHostsText(const QString& text, const SelectionKeeper& keepSelection = {});
+    // What a config step restores: the whole config state. Config files are small, and the lists
+    // share their elements, so a copy costs little.
+    struct ConfigUndoState
+    {
+        SSHConfigDocument document;
+        QString rawText;
+        QList<SSHParseError> parseErrors;
+        bool rawTextDirty = false;
+        std::optional<QUuid> selectedHostID;
+        EditorTab activeEditorTab = EditorTab::structured;
+    };
+    // What a known_hosts step restores besides the records it names.
+    struct KnownHostsUndoView
+    {
+        std::optional<QUuid> selectedEntryID;
+        EditorTab activeEditorTab = EditorTab::knownHosts;
+    };
+    // A whole known_hosts document held by a step; undo and redo swap it with the live one.
+    struct KnownHostsSide
+    {
+        KnownHostsDocument document;
+        QList<KnownHostsParseError> errors;
+    };
+    ConfigUndoState captureConfigState() const;
+    void restoreConfigState(const ConfigUndoState& state);
+    void recordConfigStep(const QString& name, const QString& pastTense, const ConfigUndoState& before,
+                          const QString& mergeKey = QString());
+    KnownHostsUndoView captureKnownHostsView() const;
+    void restoreKnownHostsView(const KnownHostsUndoView& view);
+    void recordKnownHostsRecordChange(const QString& name, const QString& pastTense, qsizetype position,
+                                      const std::optional<KnownHostsRecord>& before,
+                                      const std::optional<KnownHostsRecord>& after,
+                                      const KnownHostsUndoView& viewBefore);
+    void recordKnownHostsReplacement(const QString& name, const QString& pastTense, KnownHostsSide before,
+                                     const KnownHostsUndoView& viewBefore);
+    void putKnownHostsRecord(qsizetype position, const std::optional<KnownHostsRecord>& current,
+                             const std::optional<KnownHostsRecord>& wanted);
+    void swapKnownHosts(KnownHostsSide& other);
+    void pushStep(UndoHistory& history, UndoHistory::Step step);
+    UndoHistory& activeHistory();
+    const UndoHistory& activeHistory() const;
     bool refuseConfigSave(bool writesTypedText);
     bool refuseKnownHostsSave();
     bool refuseChangedOnDisk(SSHFile file);
@@ -505,7 +576,8 @@ private:
     QString pathOf(SSHFile file) const;
     FileSnapshot& snapshotOf(SSHFile file);
     const KnownHostEntry* selectedEntry() const;
-    bool changeSelectedEntry(const std::function<void(KnownHostEntry&)>& edit);
+    bool changeSelectedEntry(const std::function<void(KnownHostEntry&)>& edit, const QString& stepName,
+                             const QString& stepPastTense);
     void openSeedInConfig(const KnownHostSeed& seed);
     QString writeConfigText(const QString& text, const QString& prefixOnSuccess);
     /// Keeps the properties derived from the known_hosts document and the selections up to date.
@@ -558,4 +630,9 @@ private:
     // Built on the first lookup after a change of the known_hosts document, with the answers given since.
     mutable std::optional<KnownHostNameIndex> m_knownHostNameIndex;
     mutable QHash<QString, QList<QUuid>> m_knownHostLookupAnswers;
+    UndoHistory m_configHistory;
+    UndoHistory m_knownHostsHistory;
+    // The raw text as the last config step left it: the raw editor writes rawText before it reports
+    // the edit, so the text before a keystroke is kept here.
+    QString m_rawTextBeforeTyping;
 };

@@ -124,6 +124,9 @@ void SSHConfigViewModel::reloadQuietly(SSHFile file)
 {
     const QString path = pathOf(file);
     const FileSnapshot onDisk = FileSnapshot::take(path);
+    const ConfigUndoState configBefore = captureConfigState();
+    KnownHostsSide knownHostsBefore{m_knownHostsDocument, m_knownHostsParseErrors};
+    const KnownHostsUndoView knownHostsViewBefore = captureKnownHostsView();
     try {
         if (file == SSHFile::config) {
             const QString text = m_fileService->readConfig();
@@ -163,6 +166,14 @@ void SSHConfigViewModel::reloadQuietly(SSHFile file)
         return;
     }
     snapshotOf(file) = onDisk;
+    if (file == SSHFile::config) {
+        recordConfigStep(u"Extern gewijzigd bestand laden"_s, u"Extern gewijzigd bestand geladen"_s, configBefore);
+        m_configHistory.markSaved();
+    } else {
+        recordKnownHostsReplacement(u"Extern gewijzigd bestand laden"_s, u"Extern gewijzigd bestand geladen"_s,
+                                    std::move(knownHostsBefore), knownHostsViewBefore);
+        m_knownHostsHistory.markSaved();
+    }
     setChangeNotice(file, {});
     setStatusMessage(u"Het bestand "_s + path + u" is buiten Tarnwick gewijzigd en opnieuw geladen."_s);
 }
@@ -189,7 +200,10 @@ bool SSHConfigViewModel::mergeAppendedKnownHosts()
     if (!oldEndedLine && bytes.at(oldSize) != '\n')
         return false;
 
+    KnownHostsSide before{m_knownHostsDocument, m_knownHostsParseErrors};
+    const KnownHostsUndoView viewBefore = captureKnownHostsView();
     const KnownHostsParseResult appended = m_knownHostsService.parse(QString::fromUtf8(bytes.sliced(oldSize)));
+    // Errors name lines of the file on disk; entries are renumbered by position like after every edit.
     const int lineOffset = static_cast<int>(bytes.first(oldSize).count('\n'));
     QList<KnownHostsRecord> records = m_knownHostsDocument.records();
     QList<KnownHostsRecord> added = appended.document.records();
@@ -201,10 +215,6 @@ bool SSHConfigViewModel::mergeAppendedKnownHosts()
     } else if (!added.isEmpty()) {
         added.removeFirst();
     }
-    for (KnownHostsRecord& record : added) {
-        if (KnownHostEntry* entry = record.kind().entry())
-            entry->setLineNumber(entry->lineNumber() + lineOffset);
-    }
     const qsizetype addedLines = std::count_if(added.cbegin(), added.cend(), [](const KnownHostsRecord& record) {
         return !record.kind().isBlank();
     });
@@ -214,7 +224,10 @@ bool SSHConfigViewModel::mergeAppendedKnownHosts()
         errors.append(KnownHostsParseError(error.line() + lineOffset, error.message()));
     replaceKnownHosts(KnownHostsDocument(std::move(records)), errors);
     ensureValidKnownHostSelection();
+    renumberKnownHostEntries();
     updateKnownHostsEntryCount();
+    recordKnownHostsReplacement(u"Toegevoegde regels opnemen"_s, u"Toegevoegde regels opgenomen"_s, std::move(before),
+                                viewBefore);
     m_knownHostsOnDisk = onDisk;
     setChangeNotice(SSHFile::knownHosts,
                     {NoticeKind::merged, u"Aan "_s + path + u" zijn buiten Tarnwick "_s + countedLines(addedLines)

@@ -11,10 +11,34 @@ const QString allGroups = u"All"_s;
 // A name under a domain reserved for documentation, so a new host never points at a real machine.
 const QString placeholderHostName = u"new-host.example.com"_s;
 
+// The one field an edit changed ("patterns", "groups" or an option's key), or an empty text when it
+// changed something else or several things: only such single-field edits are typing to be grouped.
+QString changedHostField(const SSHHost& before, const SSHHost& after)
+{
+    if (before.isEnabled != after.isEnabled || before.items.size() != after.items.size())
+        return QString();
+    QStringList fields;
+    if (before.patterns != after.patterns)
+        fields.append(u"patterns"_s);
+    if (before.groups != after.groups)
+        fields.append(u"groups"_s);
+    for (qsizetype i = 0; i < before.items.size(); ++i) {
+        if (before.items.at(i) == after.items.at(i))
+            continue;
+        const SSHOption* old = before.items.at(i).asOption();
+        const SSHOption* now = after.items.at(i).asOption();
+        if (!old || !now || old->key.compare(now->key, Qt::CaseInsensitive) != 0)
+            return QString();
+        fields.append(u"option:"_s + old->key.toLower());
+    }
+    return fields.size() == 1 ? fields.first() : QString();
+}
+
 } // namespace
 
 void SSHConfigViewModel::addHost()
 {
+    const ConfigUndoState before = captureConfigState();
     QStringList groups;
     if (m_selectedGroup != allGroups)
         groups.append(m_selectedGroup);
@@ -24,6 +48,7 @@ void SSHConfigViewModel::addHost()
     insertHost(host, m_document.hosts.size());
     setSelectedHostID(host.id());
     setRawEditorDirty(true);
+    recordConfigStep(u"Host toevoegen"_s, u"Host toegevoegd"_s, before);
 }
 
 void SSHConfigViewModel::deleteSelectedHost()
@@ -31,6 +56,7 @@ void SSHConfigViewModel::deleteSelectedHost()
     const std::optional<qsizetype> position = selectedHostIndex();
     if (!position)
         return;
+    const ConfigUndoState before = captureConfigState();
     removeHost(*position);
     setRawEditorDirty(true);
     const QList<SSHHost>& hosts = m_document.hosts;
@@ -38,6 +64,7 @@ void SSHConfigViewModel::deleteSelectedHost()
         setSelectedHostID(std::nullopt);
     else
         setSelectedHostID(hosts.at(std::min(*position, hosts.size() - 1)).id());
+    recordConfigStep(u"Host verwijderen"_s, u"Host verwijderd"_s, before);
 }
 
 SSHHost SSHConfigViewModel::host(qsizetype position) const
@@ -50,12 +77,17 @@ void SSHConfigViewModel::updateHost(const SSHHost& host, qsizetype position)
 {
     if (position < 0 || position >= m_document.hosts.size())
         return;
+    const ConfigUndoState before = captureConfigState();
+    const QString field = changedHostField(m_document.hosts.at(position), host);
     if (!(m_document.hosts.at(position) == host)) {
         m_document.hosts[position] = host;
         Q_EMIT hostChanged(position);
         Q_EMIT documentChanged();
     }
     setRawEditorDirty(true);
+    // Repeated edits of one field of one host (typing) are one step.
+    const QString mergeKey = field.isEmpty() ? QString() : host.id().toString() + u'/' + field;
+    recordConfigStep(u"Host bewerken"_s, u"Host bewerkt"_s, before, mergeKey);
 }
 
 bool SSHConfigViewModel::createGroupForSelectedHost(const QString& name)
@@ -77,11 +109,13 @@ bool SSHConfigViewModel::createGroupForSelectedHost(const QString& name)
         setStatusMessage(u"Selecteer eerst een host om een nieuwe groep aan te koppelen."_s);
         return false;
     }
+    const ConfigUndoState before = captureConfigState();
     m_document.hosts[*position].groups.append(trimmed);
     Q_EMIT hostChanged(*position);
     Q_EMIT documentChanged();
     setSelectedGroup(trimmed);
     setRawEditorDirty(true);
+    recordConfigStep(u"Groep aanmaken"_s, u"Groep aangemaakt"_s, before);
     setStatusMessage(u"Groep aangemaakt en gekoppeld: "_s + trimmed);
     return true;
 }

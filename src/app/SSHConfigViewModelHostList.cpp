@@ -102,6 +102,7 @@ void SSHConfigViewModel::moveHosts(const QList<qsizetype>& fromOffsets, qsizetyp
         setStatusMessage(u"Reorder kan alleen zonder actieve filters."_s);
         return;
     }
+    const ConfigUndoState beforeMove = captureConfigState();
     const qsizetype count = m_document.hosts.size();
     QList<qsizetype> offsets;
     for (qsizetype offset : fromOffsets) {
@@ -130,6 +131,7 @@ void SSHConfigViewModel::moveHosts(const QList<qsizetype>& fromOffsets, qsizetyp
         Q_EMIT documentChanged();
     setRawEditorDirty(true);
     refreshRawTextFromDocument();
+    recordConfigStep(u"Hosts verplaatsen"_s, u"Hosts verplaatst"_s, beforeMove);
 }
 
 qsizetype SSHConfigViewModel::positionOfHost(const QUuid& id) const

@@ -73,7 +73,8 @@ std::optional<qsizetype> SSHConfigViewModel::indexOfKnownHostRecord(const QUuid&
 
 // Applies edit to the selected entry in place and does the bookkeeping every entry change needs.
 // Returns false, having said so, when nothing is selected.
-bool SSHConfigViewModel::changeSelectedEntry(const std::function<void(KnownHostEntry&)>& edit)
+bool SSHConfigViewModel::changeSelectedEntry(const std::function<void(KnownHostEntry&)>& edit,
+                                             const QString& stepName, const QString& stepPastTense)
 {
     const std::optional<qsizetype> position =
         m_selectedKnownHostEntryID ? indexOfKnownHostRecord(*m_selectedKnownHostEntryID) : std::nullopt;
@@ -81,22 +82,30 @@ bool SSHConfigViewModel::changeSelectedEntry(const std::function<void(KnownHostE
         setStatusMessage(selectEntryFirst);
         return false;
     }
+    const KnownHostsUndoView viewBefore = captureKnownHostsView();
+    const KnownHostsRecord recordBefore = std::as_const(m_knownHostsDocument).records().at(*position);
     KnownHostEntry* entry = m_knownHostsDocument.records()[*position].kind().entry();
-    const KnownHostEntry before = *entry;
     edit(*entry);
-    if (!(before == *entry)) {
+    const bool changed = !(*recordBefore.kind().entry() == *entry);
+    if (changed) {
         Q_EMIT knownHostRecordsChanged(*position, *position, false);
         Q_EMIT knownHostsDocumentChanged();
     }
     setKnownHostsDirty(true);
     renumberKnownHostEntries();
     updateKnownHostsEntryCount();
+    if (changed) {
+        recordKnownHostsRecordChange(stepName, stepPastTense, *position, recordBefore,
+                                     m_knownHostsDocument.records().at(*position), viewBefore);
+    }
     return true;
 }
 
 void SSHConfigViewModel::setMarkerOnSelectedKnownHostEntry(std::optional<KnownHostMarker> marker)
 {
-    if (!changeSelectedEntry([marker](KnownHostEntry& entry) { entry.setMarker(marker); }))
+    if (!changeSelectedEntry([marker](KnownHostEntry& entry) { entry.setMarker(marker); },
+                             marker ? u"Marker zetten"_s : u"Marker verwijderen"_s,
+                             marker ? u"Marker gezet"_s : u"Marker verwijderd"_s))
         return;
     if (marker)
         setStatusMessage(u"Marker gezet op "_s + knownHostMarkerRawValue(*marker) + u"."_s);
@@ -112,7 +121,11 @@ QString SSHConfigViewModel::knownHostCommentActionTitle() const
 
 void SSHConfigViewModel::toggleCommentOnSelectedKnownHostEntry()
 {
-    if (!changeSelectedEntry([](KnownHostEntry& entry) { entry.setCommentedOut(!entry.isCommentedOut()); }))
+    const KnownHostEntry* selected = selectedEntry();
+    const bool commenting = selected && !selected->isCommentedOut();
+    if (!changeSelectedEntry([](KnownHostEntry& entry) { entry.setCommentedOut(!entry.isCommentedOut()); },
+                             commenting ? u"Entry uitcommentariëren"_s : u"Entry activeren"_s,
+                             commenting ? u"Entry uitgecommentarieerd"_s : u"Entry geactiveerd"_s))
         return;
     const KnownHostEntry* entry = selectedEntry();
     if (entry && entry->isCommentedOut())
@@ -129,6 +142,8 @@ void SSHConfigViewModel::deleteSelectedKnownHostEntry()
         setStatusMessage(selectEntryFirst);
         return;
     }
+    const KnownHostsUndoView viewBefore = captureKnownHostsView();
+    const KnownHostsRecord removed = std::as_const(m_knownHostsDocument).records().at(*position);
     Q_EMIT knownHostRecordAboutToBeRemoved(*position);
     m_knownHostsDocument.records().removeAt(*position);
     Q_EMIT knownHostRecordRemoved(*position);
@@ -137,6 +152,8 @@ void SSHConfigViewModel::deleteSelectedKnownHostEntry()
     renumberKnownHostEntries();
     updateKnownHostsEntryCount();
     ensureValidKnownHostSelection();
+    recordKnownHostsRecordChange(u"Entry verwijderen"_s, u"Entry verwijderd"_s, *position, removed, std::nullopt,
+                                 viewBefore);
     setStatusMessage(u"known_hosts entry verwijderd."_s);
 }
 
@@ -159,7 +176,7 @@ void SSHConfigViewModel::removeHostFromSelectedKnownHostEntry(qsizetype hostInde
         entry.setHashed(std::any_of(remaining.cbegin(), remaining.cend(), [](const QString& host) {
             return host.startsWith(u"|1|"_s) || host.startsWith(u"|2|"_s);
         }));
-    });
+    }, u"Host uit entry verwijderen"_s, u"Host uit entry verwijderd"_s);
     if (changed)
         setStatusMessage(u"Host "_s + removed + u" verwijderd uit deze known_hosts entry."_s);
 }
@@ -228,6 +245,7 @@ void SSHConfigViewModel::openSSHHostForSelectedKnownHostEntry()
 
 void SSHConfigViewModel::openSeedInConfig(const KnownHostSeed& seed)
 {
+    const ConfigUndoState before = captureConfigState();
     for (const SSHHost& existing : m_document.hosts) {
         for (const QString& pattern : existing.patterns) {
             if (pattern.compare(seed.alias, Qt::CaseInsensitive) != 0)
@@ -248,5 +266,6 @@ void SSHConfigViewModel::openSeedInConfig(const KnownHostSeed& seed)
     setSelectedHostID(created.id());
     setActiveEditorTab(EditorTab::structured);
     setRawEditorDirty(true);
+    recordConfigStep(u"Host uit known_hosts maken"_s, u"Host uit known_hosts gemaakt"_s, before);
     setStatusMessage(u"Nieuwe SSH-config host aangemaakt op basis van known_hosts: "_s + seed.alias);
 }

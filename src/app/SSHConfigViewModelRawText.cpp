@@ -39,11 +39,13 @@ void SSHConfigViewModel::saveCurrentTab()
 
 void SSHConfigViewModel::parseRawText()
 {
+    const ConfigUndoState before = captureConfigState();
     SSHConfigParseResult parsed = m_parser.parse(m_rawText);
     setParseErrors(parsed.errors);
     replaceDocument(parsed.document);
     ensureValidHostSelection();
     setRawEditorDirty(true);
+    recordConfigStep(u"Raw tekst parsen"_s, u"Raw tekst geparset"_s, before);
     if (!m_parseErrors.isEmpty())
         setStatusMessage(u"Raw editor: "_s + QString::number(m_parseErrors.size()) + u" parsefout(en)."_s);
     else
@@ -86,6 +88,8 @@ QString SSHConfigViewModel::writeConfigText(const QString& text, const QString& 
         return u"Opslaan mislukt: "_s + error.description();
     }
     rememberSavedFile(SSHFile::config, text);
+    m_configHistory.markSaved();
+    m_rawTextBeforeTyping = m_rawText;
     setParseErrors({});
     setRawEditorDirty(false);
     setRawTextDirty(false);
@@ -110,6 +114,7 @@ void SSHConfigViewModel::saveKnownHosts()
         return;
     }
     rememberSavedFile(SSHFile::knownHosts, text);
+    m_knownHostsHistory.markSaved();
     setKnownHostsDirty(false);
     const QString path = m_fileService->knownHostsURL();
     if (backup) {

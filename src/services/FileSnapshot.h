@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QDateTime>
 #include <QString>
 
 /// What a file on disk held at one moment: enough to tell later whether another program changed it.
@@ -48,8 +47,8 @@ private:
 
     Kind m_kind = Kind::missing;
     qint64 m_size = 0;
-    QDateTime m_lastModified;
-    QDateTime m_takenAt;
+    qint64 m_modifiedNanoseconds = 0;
+    qint64 m_takenAtNanoseconds = 0;
     quint64 m_inode = 0;
     QByteArray m_hash;
 };

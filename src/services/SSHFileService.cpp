@@ -45,6 +45,9 @@ std::optional<QString> SSHFileService::write(const QString& text, const QString&
     const QString directory = QFileInfo(location).absolutePath();
     if (!m_fileManager.fileExists(directory))
         m_fileManager.createDirectory(directory);
+    // Before the backup: copying a named pipe or a device would hang or never end, and writing through
+    // a link loop would replace the link by a regular file.
+    m_fileManager.checkReplaceable(location);
 
     const std::optional<QString> backup = backUp(location);
     m_fileManager.writeAtomically(location, text.toUtf8());
@@ -85,9 +88,7 @@ QString SSHFileService::readKnownHosts() const
 
 QString SSHFileService::read(const QString& location) const
 {
-    if (!m_fileManager.fileExists(location))
-        return {};
-    return m_fileManager.readUtf8Text(location);
+    return m_fileManager.readUtf8TextUnlessMissing(location).value_or(QString());
 }
 
 QString SSHFileService::backupFileName(const QString& fileName, const QDateTime& moment, const QUuid& uuid)

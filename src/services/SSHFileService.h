@@ -32,18 +32,24 @@ public:
     std::optional<QString> writeKnownHosts(const QString& text) const;
 
     /// The safe save, stopping at the first step that fails:
-    /// 1. creates the parent directory when nothing exists there (PlatformError on failure);
+    /// 1. creates the parent directory when nothing exists there (PlatformError on failure), then
+    ///    refuses a location that FileManager::checkReplaceable() refuses (a link loop, a directory,
+    ///    device or named pipe, a file above FileManager::readLimit), leaving it as it is;
     /// 2. when a file exists at location, copies it to a new backup beside it named by backupFileName()
     ///    (PlatformError on failure; the file is then untouched);
-    /// 3. writes text as UTF-8 without byte-order mark, atomically (PlatformError; the old file stays);
+    /// 3. writes text as UTF-8 without byte-order mark, atomically (PlatformError with the system's reason,
+    ///    such as a full disk; the old file stays whole), after removing temporary files that crashed
+    ///    saves of earlier processes left beside the file;
     /// 4. reads the file back strictly as UTF-8 (PlatformError) and compares it, canonically equivalent
     ///    texts being equal (SSHFileServiceError::writeVerificationFailed; new file and backup stay).
     /// Returns the backup's path, or nothing when no file existed. A symbolic link at location stays a
     /// link and its target is replaced; the backup then holds the target's old bytes as a regular file.
     std::optional<QString> write(const QString& text, const QString& location) const;
 
-    /// The text of configURL(); a missing file reads as empty text. Throws PlatformError naming the
-    /// path when the file cannot be read or is not valid UTF-8.
+    /// The text of configURL(); a missing file, a dangling symbolic link included, reads as empty text.
+    /// Throws PlatformError "Lezen mislukt op <path>: <reason>" when the file cannot be read (a link
+    /// loop, something other than a regular file, a file above FileManager::readLimit) or is not valid
+    /// UTF-8. Never blocks, not even on a named pipe.
     QString readConfig() const;
     /// The text of knownHostsURL(), as readConfig().
     QString readKnownHosts() const;

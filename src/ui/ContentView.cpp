@@ -1,6 +1,8 @@
 #include "ContentView.h"
 
+#include "AccessibleText.h"
 #include "CreateGroupDialog.h"
+#include "CurrentPageSizing.h"
 #include "EmptyStateView.h"
 #include "HostDetailView.h"
 #include "HostSidebarView.h"
@@ -9,6 +11,8 @@
 #include "SSHConfigViewModel.h"
 #include "SidebarView.h"
 
+#include <QAction>
+#include <QActionGroup>
 #include <QHBoxLayout>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -38,12 +42,20 @@ ContentView::ContentView(SSHConfigViewModel& viewModel, QWidget* parent)
     m_splitter->setObjectName(u"contentSplitter"_s);
     m_splitter->setChildrenCollapsible(false);
     m_tabs->setObjectName(u"editorTabs"_s);
+    setAccessibleText(*m_tabs, u"Editors"_s,
+                      u"Structured Editor, Raw Editor en Known Hosts; kies met Ctrl+1, Ctrl+2 of Ctrl+3."_s);
     m_tabs->setDocumentMode(true);
     m_tabs->addTab(makeStructuredTab(), u"Structured Editor"_s);
     auto* raw = new RawEditorView(viewModel, m_tabs);
     m_tabs->addTab(raw, u"Raw Editor"_s);
-    auto* knownHosts = new KnownHostsView(viewModel, m_tabs);
-    m_tabs->addTab(knownHosts, u"Known Hosts"_s);
+    m_knownHosts = new KnownHostsView(viewModel, m_tabs);
+    m_tabs->addTab(m_knownHosts, u"Known Hosts"_s);
+    // The tab bar reads out its current tab; each tab's tool tip is that tab's description.
+    m_tabs->setTabToolTip(tabIndex(EditorTab::structured), u"Eén host tegelijk bewerken (Ctrl+1)"_s);
+    m_tabs->setTabToolTip(tabIndex(EditorTab::raw), u"De SSH config als tekst (Ctrl+2)"_s);
+    m_tabs->setTabToolTip(tabIndex(EditorTab::knownHosts), u"De entries van known_hosts (Ctrl+3)"_s);
+    // The known_hosts tab needs the most width; the other tabs leave that width to the host sidebar.
+    sizeToCurrentPage(*m_tabs);
     m_splitter->addWidget(m_sidebar);
     m_splitter->addWidget(m_tabs);
     m_splitter->setStretchFactor(0, 0);
@@ -60,8 +72,38 @@ ContentView::ContentView(SSHConfigViewModel& viewModel, QWidget* parent)
     connect(&m_viewModel, &SSHConfigViewModel::hostsReset, this, &ContentView::showHostSelection);
     connect(&m_sidebar->hostSidebar(), &HostSidebarView::createGroupRequested, this,
             &ContentView::presentCreateGroupSheet);
+    makeTabActions();
     showActiveTab();
     showHostSelection();
+}
+
+void ContentView::makeTabActions()
+{
+    m_tabActions = new QActionGroup(this);
+    const QList<std::pair<QString, QString>> tabs{{u"structuredTabAction"_s, u"&Structured Editor"_s},
+                                                  {u"rawTabAction"_s, u"&Raw Editor"_s},
+                                                  {u"knownHostsTabAction"_s, u"&Known Hosts"_s}};
+    for (qsizetype i = 0; i < tabs.size(); ++i) {
+        auto* action = new QAction(tabs.at(i).second, m_tabActions);
+        action->setObjectName(tabs.at(i).first);
+        action->setCheckable(true);
+        action->setShortcut(QKeySequence(Qt::CTRL | (Qt::Key_1 + static_cast<int>(i))));
+        const auto tab = static_cast<EditorTab>(i);
+        connect(action, &QAction::triggered, &m_viewModel, [this, tab] { m_viewModel.setActiveEditorTab(tab); });
+    }
+}
+
+QList<QAction*> ContentView::tabActions() const
+{
+    return m_tabActions->actions();
+}
+
+void ContentView::focusSearchField()
+{
+    if (m_viewModel.activeEditorTab() == EditorTab::knownHosts)
+        m_knownHosts->focusSearchField();
+    else
+        m_sidebar->hostSidebar().focusSearchField();
 }
 
 QWidget* ContentView::makeStructuredTab()
@@ -92,6 +134,7 @@ void ContentView::presentCreateGroupSheet()
 void ContentView::showActiveTab()
 {
     const int index = tabIndex(m_viewModel.activeEditorTab());
+    m_tabActions->actions().at(index)->setChecked(true);
     if (m_tabs->currentIndex() != index)
         m_tabs->setCurrentIndex(index);
 }

@@ -3,6 +3,8 @@
 #include <QWidget>
 
 class CreateGroupDialog;
+class QAction;
+class QActionGroup;
 class EmptyStateView;
 class HostDetailView;
 class KnownHostsView;
@@ -33,8 +35,16 @@ public:
     /// Empties the group name and presents the create-group sheet.
     void presentCreateGroupSheet();
 
+    /// One checkable action per tab, in tab order, with Ctrl+1, Ctrl+2 and Ctrl+3; the checked one
+    /// follows the active tab. Object names: "structuredTabAction", "rawTabAction", "knownHostsTabAction".
+    QList<QAction*> tabActions() const;
+    /// Moves the keyboard focus to the active tab's search field: the host search in the structured
+    /// and raw tabs, "Search known_hosts" in the Known Hosts tab.
+    void focusSearchField();
+
 private:
     QWidget* makeStructuredTab();
+    void makeTabActions();
     void showActiveTab();
     void takeUserTab(int index);
     void showHostSelection();
@@ -47,4 +57,6 @@ private:
     HostDetailView* m_hostDetail = nullptr;
     EmptyStateView* m_noHostSelected = nullptr;
     CreateGroupDialog* m_createGroup = nullptr;
+    KnownHostsView* m_knownHosts = nullptr;
+    QActionGroup* m_tabActions = nullptr;
 };

@@ -1,5 +1,6 @@
 #include "CreateGroupDialog.h"
 
+#include "AccessibleText.h"
 #include "SSHConfigViewModel.h"
 #include "TextStyle.h"
 
@@ -31,10 +32,16 @@ CreateGroupDialog::CreateGroupDialog(SSHConfigViewModel& viewModel, QWidget* par
     applyTextStyle(explanation, TextStyle::caption);
     makeSecondaryText(explanation);
     m_name->setObjectName(u"newGroupNameField"_s);
+    setAccessibleText(*m_name, u"Groepsnaam"_s,
+                      u"Naam van de nieuwe groep voor de geselecteerde host."_s);
     m_name->setPlaceholderText(u"Bijv. PLOVRA SERVERS"_s);
     m_cancel->setObjectName(u"cancelButton"_s);
+    setAccessibleText(*m_cancel, u"Cancel"_s,
+                      u"Sluit zonder een groep te maken."_s);
     m_cancel->setAutoDefault(false);
     m_add->setObjectName(u"addGroupButton"_s);
+    setAccessibleText(*m_add, u"Add Group"_s,
+                      u"Maakt de groep en koppelt die aan de geselecteerde host."_s);
     m_add->setDefault(true);
 
     auto* buttons = new QHBoxLayout;

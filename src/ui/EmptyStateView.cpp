@@ -18,6 +18,8 @@ QLabel* makeLabel(const QString& text, const QString& objectName, QWidget* paren
     label->setObjectName(objectName);
     label->setAlignment(Qt::AlignHCenter);
     label->setWordWrap(true);
+    // Any width will do: the text wraps to it.
+    label->setMinimumWidth(1);
     label->setTextFormat(Qt::PlainText);
     return label;
 }
@@ -43,13 +45,16 @@ EmptyStateView::EmptyStateView(QStringView symbolName, const QString& title, con
     m_description->setForegroundRole(QPalette::PlaceholderText);
     m_description->setMaximumWidth(360);
 
+    // The texts are added without an alignment: an aligned item is given its one-line size hint, so a
+    // text that must wrap would be cut after its first line. Narrower than the column, a widget is
+    // centred by the layout anyway.
     auto* layout = new QVBoxLayout(this);
     layout->setSpacing(8);
     layout->addStretch(1);
     layout->addWidget(m_icon, 0, Qt::AlignHCenter);
     layout->addSpacing(4);
-    layout->addWidget(m_title, 0, Qt::AlignHCenter);
-    layout->addWidget(m_description, 0, Qt::AlignHCenter);
+    layout->addWidget(m_title);
+    layout->addWidget(m_description);
     layout->addStretch(1);
 }
 

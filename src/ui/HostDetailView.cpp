@@ -1,5 +1,6 @@
 #include "HostDetailView.h"
 
+#include "AccessibleText.h"
 #include "ExtraOptionsList.h"
 #include "HostDetailRules.h"
 #include "SSHConfigViewModel.h"
@@ -41,6 +42,8 @@ HostDetailView::HostDetailView(SSHConfigViewModel& viewModel, QWidget* parent)
     scrollArea->setObjectName(u"hostDetailScrollArea"_s);
     scrollArea->setWidgetResizable(true);
     scrollArea->setFrameShape(QFrame::NoFrame);
+    // The fields inside take the focus; a Tab stop on the frameless area itself would show nothing.
+    scrollArea->setFocusPolicy(Qt::NoFocus);
     scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
     m_form = new QWidget(scrollArea);
@@ -79,6 +82,8 @@ QWidget* HostDetailView::makeHostGroup()
     layout->addWidget(makeGroupsField(box));
     m_enabledToggle = new QCheckBox(u"Host actief"_s, box);
     m_enabledToggle->setObjectName(u"hostEnabledToggle"_s);
+    setAccessibleText(*m_enabledToggle, u"Host actief"_s,
+                      u"Uit zet het hostblok regel voor regel als commentaar in de config."_s);
     connect(m_enabledToggle, &QCheckBox::toggled, this, [this](bool on) {
         editHost([on](SSHHost& host) {
             host.isEnabled = on;
@@ -93,6 +98,8 @@ QLineEdit* HostDetailView::makePatternsField(QWidget* parent)
 {
     m_patternsField = new QLineEdit(parent);
     m_patternsField->setObjectName(u"hostPatternsField"_s);
+    setAccessibleText(*m_patternsField, u"Host patterns"_s,
+                      u"De patronen van de Host-regel, gescheiden door spaties."_s);
     m_patternsField->setPlaceholderText(u"Host patterns (spatie-gescheiden)"_s);
     connect(m_patternsField, &QLineEdit::textEdited, this, [this](const QString& text) {
         editHost([&text](SSHHost& host) {
@@ -112,6 +119,8 @@ QLineEdit* HostDetailView::makeGroupsField(QWidget* parent)
 {
     m_groupsField = new QLineEdit(parent);
     m_groupsField->setObjectName(u"hostGroupsField"_s);
+    setAccessibleText(*m_groupsField, u"Groepen"_s,
+                      u"De groepen van deze host, gescheiden door komma's."_s);
     m_groupsField->setPlaceholderText(u"Groepen (komma-gescheiden)"_s);
     connect(m_groupsField, &QLineEdit::textEdited, this, [this](const QString& text) {
         editHost([&text](SSHHost& host) {
@@ -195,12 +204,18 @@ QWidget* HostDetailView::makeEntryRow()
     layout->setContentsMargins(0, 0, 0, 0);
     m_newOptionKeyField = new QLineEdit(row);
     m_newOptionKeyField->setObjectName(u"newOptionKeyField"_s);
+    setAccessibleText(*m_newOptionKeyField, u"Option"_s,
+                      u"Naam van de optie die je toevoegt, wijzigt of verwijdert."_s);
     m_newOptionKeyField->setPlaceholderText(u"Option"_s);
     m_newOptionValueField = new QLineEdit(row);
     m_newOptionValueField->setObjectName(u"newOptionValueField"_s);
+    setAccessibleText(*m_newOptionValueField, u"Value"_s,
+                      u"Waarde van de optie; leeg laten verwijdert de optie."_s);
     m_newOptionValueField->setPlaceholderText(u"Value"_s);
     m_addUpdateButton = new QPushButton(u"Add / Update"_s, row);
     m_addUpdateButton->setObjectName(u"addUpdateOptionButton"_s);
+    setAccessibleText(*m_addUpdateButton, u"Add / Update"_s,
+                      u"Voegt de optie toe of wijzigt de eerste optie met die naam."_s);
 
     connect(m_newOptionKeyField, &QLineEdit::textChanged, this, &HostDetailView::updateAddButton);
     connect(m_addUpdateButton, &QPushButton::clicked, this, &HostDetailView::addOrUpdateOption);

@@ -19,6 +19,7 @@ class HostListView : public QListView
 
 public:
     explicit HostListView(SSHConfigViewModel& viewModel, QWidget* parent = nullptr);
+    ~HostListView() override;
 
     /// The MIME type of a dragged host row: the host's document position in decimal.
     static QString positionsMimeType();
@@ -37,6 +38,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void followRowChanges();
     void showViewModelSelection();
     void takeUserSelection();
     void startReorderDrag();
@@ -47,6 +49,7 @@ private:
     HostListModel* m_hosts;
     HostFilterModel* m_filtered;
     bool m_showingViewModelSelection = false;
+    int m_rowsChanging = 0;
     QPersistentModelIndex m_pressedIndex;
     QPoint m_pressPosition;
     int m_dropIndicatorRow = -1;

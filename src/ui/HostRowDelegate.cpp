@@ -19,6 +19,16 @@ QColor HostRowDelegate::dotColour(bool isEnabled)
     return isEnabled ? QColor(52, 199, 89) : QColor(142, 142, 147);
 }
 
+QColor HostRowDelegate::titleColour(const QStyleOptionViewItem& option, bool isEnabled)
+{
+    const QPalette::ColorGroup group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active
+                                                                                   : QPalette::Inactive;
+    if (option.state.testFlag(QStyle::State_Selected))
+        return option.palette.color(group, QPalette::HighlightedText);
+    // A disabled host reads as such without its dot's colour: its title is muted as well.
+    return option.palette.color(isEnabled ? group : QPalette::Disabled, QPalette::Text);
+}
+
 QFont HostRowDelegate::titleFont(const QFont& base)
 {
     QFont font = base;
@@ -34,11 +44,14 @@ QFont HostRowDelegate::groupsFont(const QFont& base)
     return font;
 }
 
-QSize HostRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const
+// A host without groups takes one line; the groups line below the title only when there are groups.
+QSize HostRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const int title = QFontMetrics(titleFont(option.font)).height();
-    const int groups = QFontMetrics(groupsFont(option.font)).height();
-    return {200, verticalPadding * 2 + title + lineSpacing + groups + 4};
+    int height = verticalPadding * 2 + title + 4;
+    if (!index.data(HostListModel::GroupsTextRole).toString().isEmpty())
+        height += lineSpacing + QFontMetrics(groupsFont(option.font)).height();
+    return {200, height};
 }
 
 void HostRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
@@ -74,7 +87,7 @@ void HostRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     const int textLeft = area.left() + dotSide + dotGap;
     const QRect titleRect(textLeft, top, area.right() - textLeft, titleHeight);
     painter->setFont(title);
-    painter->setPen(textColour);
+    painter->setPen(titleColour(option, index.data(HostListModel::IsEnabledRole).toBool()));
     painter->drawText(titleRect, Qt::AlignLeft | Qt::AlignVCenter,
                       QFontMetrics(title).elidedText(index.data(Qt::DisplayRole).toString(), Qt::ElideRight,
                                                      titleRect.width()));

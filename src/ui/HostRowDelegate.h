@@ -20,6 +20,9 @@ public:
 
     /// The dot colour for an enabled or a disabled host.
     static QColor dotColour(bool isEnabled);
+    /// The colour of a row's title: the text colour, muted for a disabled host unless the row is
+    /// selected (then the highlight's text colour, whatever the host).
+    static QColor titleColour(const QStyleOptionViewItem& option, bool isEnabled);
 
 private:
     static QFont titleFont(const QFont& base);

@@ -1,5 +1,7 @@
 #include "HostSidebarView.h"
 
+#include "AccessibleText.h"
+#include "ElidingComboBox.h"
 #include "HostListView.h"
 #include "SSHConfigViewModel.h"
 #include "SymbolIcon.h"
@@ -19,13 +21,15 @@ HostSidebarView::HostSidebarView(SSHConfigViewModel& viewModel, QWidget* parent)
     : QWidget(parent)
     , m_viewModel(viewModel)
     , m_search(new QLineEdit(this))
-    , m_groupPicker(new QComboBox(this))
+    , m_groupPicker(new ElidingComboBox(this))
     , m_newGroup(new QPushButton(symbolIcon(u"plus.circle"), u"Nieuwe groep"_s, this))
     , m_reorderHint(new QLabel(this))
     , m_list(new HostListView(viewModel, this))
 {
     setObjectName(u"hostSidebar"_s);
     m_search->setObjectName(u"hostSearchField"_s);
+    setAccessibleText(*m_search, u"Hosts zoeken"_s,
+                      u"Filtert de hostlijst op patroon, optie of groep."_s);
     m_search->setPlaceholderText(u"Search hosts / options / groups"_s);
     m_search->setClearButtonEnabled(true);
     m_reorderHint->setObjectName(u"reorderHint"_s);
@@ -71,9 +75,13 @@ QWidget* HostSidebarView::makeGroupRow()
     auto* label = new QLabel(u"Groep"_s, row);
     label->setBuddy(m_groupPicker);
     m_groupPicker->setObjectName(u"groupPicker"_s);
+    setAccessibleText(*m_groupPicker, u"Groep"_s,
+                      u"Toont alleen de hosts in deze groep; All toont alle hosts."_s);
     m_groupPicker->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_groupPicker->setMinimumContentsLength(8);
     m_newGroup->setObjectName(u"newGroupButton"_s);
+    setAccessibleText(*m_newGroup, u"Nieuwe groep"_s,
+                      u"Maakt een groep en koppelt die aan de geselecteerde host."_s);
     layout->addWidget(label);
     layout->addWidget(m_groupPicker, 1);
     layout->addWidget(m_newGroup);
@@ -116,4 +124,10 @@ void HostSidebarView::showReorderHint()
 void HostSidebarView::updateNewGroupButton()
 {
     m_newGroup->setEnabled(m_viewModel.selectedHostID().has_value());
+}
+
+void HostSidebarView::focusSearchField()
+{
+    m_search->setFocus(Qt::ShortcutFocusReason);
+    m_search->selectAll();
 }

@@ -3,7 +3,7 @@
 #include <QWidget>
 
 class HostListView;
-class QComboBox;
+class ElidingComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -21,6 +21,9 @@ class HostSidebarView : public QWidget
 public:
     explicit HostSidebarView(SSHConfigViewModel& viewModel, QWidget* parent = nullptr);
 
+    /// Gives the search field the keyboard focus, with its text selected for typing over.
+    void focusSearchField();
+
     /// The filter option meaning no group filter.
     static QString allGroupsOption();
 
@@ -37,7 +40,7 @@ private:
 
     SSHConfigViewModel& m_viewModel;
     QLineEdit* m_search;
-    QComboBox* m_groupPicker;
+    ElidingComboBox* m_groupPicker;
     QPushButton* m_newGroup;
     QLabel* m_reorderHint;
     HostListView* m_list;

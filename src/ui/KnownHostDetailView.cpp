@@ -1,6 +1,8 @@
 #include "KnownHostDetailView.h"
 
+#include "AccessibleText.h"
 #include "EmptyStateView.h"
+#include "FlowLayout.h"
 #include "KnownHostFingerprintView.h"
 #include "KnownHostNamesView.h"
 #include "SSHConfigViewModel.h"
@@ -73,6 +75,8 @@ KnownHostDetailView::KnownHostDetailView(SSHConfigViewModel& viewModel, QWidget*
     m_detailsScroll = new QScrollArea(this);
     m_detailsScroll->setObjectName(u"knownHostDetailsScrollArea"_s);
     m_detailsScroll->setFrameShape(QFrame::NoFrame);
+    // The buttons inside take the focus; a Tab stop on the frameless area itself would show nothing.
+    m_detailsScroll->setFocusPolicy(Qt::NoFocus);
     m_detailsScroll->setWidgetResizable(true);
     m_detailsScroll->setWidget(buildDetails());
     m_pages->addWidget(m_detailsScroll);
@@ -102,18 +106,16 @@ QWidget* KnownHostDetailView::buildDetails()
 
 QWidget* KnownHostDetailView::buildFactsRow()
 {
+    // Both rows wrap rather than be cut when the pane is at its narrowest or the font is large.
     auto* row = new QWidget(m_details);
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(14);
+    auto* layout = new FlowLayout(14, 6, row);
     auto* facts = new QWidget(row);
     applyTextStyle(facts, TextStyle::caption);
     // Set as palette colour so the key type and both symbol labels inside inherit it.
     QPalette factsPalette = facts->palette();
     factsPalette.setColor(QPalette::WindowText, secondaryTextColor(factsPalette));
     facts->setPalette(factsPalette);
-    auto* factsLayout = new QHBoxLayout(facts);
-    factsLayout->setContentsMargins(0, 0, 0, 0);
+    auto* factsLayout = new FlowLayout(6, 4, facts);
     m_keyType = new QLabel(facts);
     m_keyType->setObjectName(u"knownHostKeyTypeLabel"_s);
     m_keyType->setTextFormat(Qt::PlainText);
@@ -126,16 +128,21 @@ QWidget* KnownHostDetailView::buildFactsRow()
     factsLayout->addWidget(m_commentedOut);
     layout->addWidget(facts);
 
-    auto* markerTitle = new QLabel(u"Marker"_s, row);
-    m_markerPicker = new QComboBox(row);
+    auto* markerGroup = new QWidget(row);
+    auto* markerLayout = new QHBoxLayout(markerGroup);
+    markerLayout->setContentsMargins(0, 0, 0, 0);
+    auto* markerTitle = new QLabel(u"Marker"_s, markerGroup);
+    m_markerPicker = new QComboBox(markerGroup);
     m_markerPicker->setObjectName(u"knownHostMarkerPicker"_s);
+    setAccessibleText(*m_markerPicker, u"Marker"_s,
+                      u"Zet of verwijdert de marker van de geselecteerde entry."_s);
     m_markerPicker->addItem(u"None"_s);
     for (KnownHostMarker marker : allKnownHostMarkers)
         m_markerPicker->addItem(knownHostMarkerTitle(marker));
     markerTitle->setBuddy(m_markerPicker);
-    layout->addWidget(markerTitle);
-    layout->addWidget(m_markerPicker);
-    layout->addStretch(1);
+    markerLayout->addWidget(markerTitle);
+    markerLayout->addWidget(m_markerPicker);
+    layout->addWidget(markerGroup);
     // activated fires for the user's choice only, so showing the model's marker never writes it back.
     connect(m_markerPicker, &QComboBox::activated, this, &KnownHostDetailView::markerChosen);
     return row;
@@ -144,9 +151,7 @@ QWidget* KnownHostDetailView::buildFactsRow()
 QWidget* KnownHostDetailView::buildButtonRow()
 {
     auto* row = new QWidget(m_details);
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(10);
+    auto* layout = new FlowLayout(10, 6, row);
     QPushButton* connectButton = actionButton(row, u"knownHostConnectButton"_s, u"Connect"_s);
     connectButton->setIcon(symbolIcon(u"terminal"));
     m_commentButton = actionButton(row, u"knownHostCommentButton"_s, u"Comment Out"_s);
@@ -156,9 +161,16 @@ QWidget* KnownHostDetailView::buildButtonRow()
     QPalette removePalette = remove->palette();
     removePalette.setColor(QPalette::ButtonText, QColor(0xD0, 0x2B, 0x2B));
     remove->setPalette(removePalette);
+    setAccessibleText(*connectButton, u"Connect"_s, u"Start ssh naar de host van deze entry in je terminal."_s);
+    // The name follows the button's text (Comment Out or Uncomment) by itself.
+    m_commentButton->setAccessibleDescription(
+        u"Zet de entry als commentaar in known_hosts, of haalt het commentaar weg."_s);
+    setAccessibleText(*openHost, u"Find/Create SSH Host"_s,
+                      u"Selecteert de host met deze naam in de SSH config, of maakt er een."_s);
+    setAccessibleText(*remove, u"Remove"_s,
+                      u"Verwijdert de entry zonder te vragen; het bestand verandert pas bij opslaan."_s);
     for (QPushButton* button : {connectButton, m_commentButton, openHost, remove})
         layout->addWidget(button);
-    layout->addStretch(1);
     SSHConfigViewModel* viewModel = &m_viewModel;
     connect(connectButton, &QPushButton::clicked, viewModel, &SSHConfigViewModel::connectSelectedKnownHostEntry);
     connect(m_commentButton, &QPushButton::clicked, viewModel,

@@ -1,5 +1,6 @@
 #include "KnownHostsView.h"
 
+#include "AccessibleText.h"
 #include "KnownHostDetailView.h"
 #include "KnownHostEntryDelegate.h"
 #include "KnownHostLookupBar.h"
@@ -67,6 +68,8 @@ QWidget* KnownHostsView::buildHeader()
     layout->setSpacing(12);
     m_searchField = new QLineEdit(header);
     m_searchField->setObjectName(u"knownHostsSearchField"_s);
+    setAccessibleText(*m_searchField, u"known_hosts zoeken"_s,
+                      u"Filtert de entries op host, marker, sleuteltype, sleutel of commentaar."_s);
     m_searchField->setPlaceholderText(u"Search known_hosts"_s);
     m_searchField->setClearButtonEnabled(true);
     m_count = new QLabel(header);
@@ -84,6 +87,8 @@ QListView* KnownHostsView::buildList()
 {
     m_list = new QListView(this);
     m_list->setObjectName(u"knownHostsList"_s);
+    setAccessibleText(*m_list, u"known_hosts entries"_s,
+                      u"De entries van het known_hosts bestand."_s);
     // Before setModel, so these run ahead of the list's own handlers, which move the selection to a
     // neighbour when the selected row goes away.
     followRowChanges();
@@ -168,4 +173,10 @@ void KnownHostsView::listSelectionChanged(const QItemSelection& selected, const 
     }
     if (m_list->selectionModel()->selectedIndexes().isEmpty())
         m_viewModel.setSelectedKnownHostEntryID(std::nullopt);
+}
+
+void KnownHostsView::focusSearchField()
+{
+    m_searchField->setFocus(Qt::ShortcutFocusReason);
+    m_searchField->selectAll();
 }

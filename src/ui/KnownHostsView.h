@@ -25,6 +25,9 @@ class KnownHostsView : public QWidget
 public:
     /// viewModel must outlive the view.
     explicit KnownHostsView(SSHConfigViewModel& viewModel, QWidget* parent = nullptr);
+
+    /// Gives the search field the keyboard focus, with its text selected for typing over.
+    void focusSearchField();
     ~KnownHostsView() override;
 
 private:

@@ -23,7 +23,11 @@ class MainToolBar : public QToolBar
 public:
     MainToolBar(SSHConfigViewModel& viewModel, std::optional<QUrl> donationURL, QWidget* parent = nullptr);
 
+    QAction& reloadAction() const { return *m_reload; }
     QAction& saveAction() const { return *m_save; }
+    QAction& connectAction() const { return *m_connect; }
+    QAction& addHostAction() const { return *m_addHost; }
+    QAction& deleteHostAction() const { return *m_deleteHost; }
     /// The donation link, or null without a donation page.
     QAction* donationAction() const { return m_donation; }
 

@@ -1,5 +1,6 @@
 #include "PreferencesView.h"
 
+#include "AccessibleText.h"
 #include "SSHConfigViewModel.h"
 #include "TextStyle.h"
 
@@ -48,6 +49,8 @@ PreferencesView::PreferencesView(SSHConfigViewModel& viewModel, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     auto* scroll = new QScrollArea(this);
     scroll->setObjectName(u"preferencesScrollArea"_s);
+    // The controls inside take the focus; a Tab stop on the area itself would show nothing.
+    scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -86,6 +89,8 @@ QGroupBox* PreferencesView::buildTerminalSection(QWidget* parent)
     m_terminalForm->addRow(m_noTerminal);
     m_terminalPicker = new QComboBox(section);
     m_terminalPicker->setObjectName(u"terminalPicker"_s);
+    setAccessibleText(*m_terminalPicker, u"Gebruik voor connect"_s,
+                      u"De terminal waarin Connect het ssh-commando start."_s);
     m_terminalForm->addRow(u"Gebruik voor connect"_s, m_terminalPicker);
     m_selectedTerminal = textLabel(QString(), u"selectedTerminalLabel"_s, section);
     applyTextStyle(m_selectedTerminal, TextStyle::caption);
@@ -93,6 +98,8 @@ QGroupBox* PreferencesView::buildTerminalSection(QWidget* parent)
     m_terminalForm->addRow(QString(), m_selectedTerminal); // under the picker it names
     auto* reload = new QPushButton(u"Herlaad terminal lijst"_s, section);
     reload->setObjectName(u"reloadTerminalsButton"_s);
+    setAccessibleText(*reload, u"Herlaad terminal lijst"_s,
+                      u"Zoekt opnieuw naar geïnstalleerde terminal apps."_s);
     auto* reloadRow = new QHBoxLayout;
     reloadRow->addWidget(reload);
     reloadRow->addStretch(1);

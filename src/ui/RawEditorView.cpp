@@ -1,5 +1,6 @@
 #include "RawEditorView.h"
 
+#include "AccessibleText.h"
 #include "RoundedOutlineFrame.h"
 #include "SSHConfigViewModel.h"
 
@@ -59,6 +60,8 @@ QWidget* RawEditorView::makeButtonRow()
 
     auto* parseButton = new QPushButton(u"Parse"_s, row);
     parseButton->setObjectName(u"parseButton"_s);
+    setAccessibleText(*parseButton, u"Parse"_s,
+                      u"Controleert de tekst en toont de fouten onder Validatie."_s);
     connect(parseButton, &QPushButton::clicked, &m_viewModel, &SSHConfigViewModel::parseRawText);
 
     m_saveRawAction = new QAction(u"Save Raw"_s, this);
@@ -108,6 +111,8 @@ QWidget* RawEditorView::makeEditor()
 {
     m_editor = new QPlainTextEdit(this);
     m_editor->setObjectName(u"rawTextEditor"_s);
+    setAccessibleText(*m_editor, u"SSH config"_s,
+                      u"De volledige tekst van de SSH config."_s);
     QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     mono.setPointSizeF(font().pointSizeF());
     m_editor->setFont(mono);

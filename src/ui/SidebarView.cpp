@@ -1,5 +1,6 @@
 #include "SidebarView.h"
 
+#include "CurrentPageSizing.h"
 #include "HostSidebarView.h"
 #include "KnownHostsSummaryView.h"
 #include "SSHConfigViewModel.h"
@@ -27,6 +28,9 @@ SidebarView::SidebarView(SSHConfigViewModel& viewModel, QWidget* parent)
     m_pages->setObjectName(u"sidebarPages"_s);
     m_pages->addWidget(m_hosts);
     m_pages->addWidget(m_knownHosts);
+    // The host sidebar's controls need more width than the summary; in the Known Hosts tab that width
+    // belongs to the entry list and the detail pane.
+    sizeToCurrentPage(*m_pages);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

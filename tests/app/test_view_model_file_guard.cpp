@@ -147,13 +147,13 @@ private Q_SLOTS:
         const QString beta = u"beta ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIBeta"_s;
         const QString gamma = appendedLine.chopped(1);
         QTest::newRow("after a final line break") << alpha + u'\n' + beta + u'\n' << appendedLine.toUtf8()
-                                                  << alpha + u'\n' + gamma + u'\n' << 3;
+                                                  << alpha + u'\n' + gamma + u'\n' << 2;
         // ssh first ends a last line that has no line break of its own.
         QTest::newRow("after a last line without line break")
-            << alpha + u'\n' + beta << "\n"_ba + appendedLine.toUtf8() << alpha + u'\n' + gamma + u'\n' << 3;
+            << alpha + u'\n' + beta << "\n"_ba + appendedLine.toUtf8() << alpha + u'\n' + gamma + u'\n' << 2;
         QTest::newRow("two lines, one unreadable") << alpha + u'\n' + beta + u'\n'
                                                    << appendedLine.toUtf8() + "garbage\n"
-                                                   << alpha + u'\n' + gamma + u"\ngarbage\n"_s << 3;
+                                                   << alpha + u'\n' + gamma + u"\ngarbage\n"_s << 2;
     }
 
     void appendedLinesMerge()

@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -43,6 +45,30 @@ QString locationOf(const SSHFileService& service, const QString& which)
 {
     return which == u"config"_s ? service.configURL() : service.knownHostsURL();
 }
+
+// Sets the modification time of path itself, a link or directory included.
+bool setModified(const QString& path, const QDateTime& moment)
+{
+    const qint64 milliseconds = moment.toMSecsSinceEpoch();
+    const timespec time { static_cast<time_t>(milliseconds / 1000), static_cast<long>(milliseconds % 1000) * 1000000 };
+    const timespec times[] = { time, time };
+    return ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+// Sets the process's umask for as long as it lives.
+class UmaskScope
+{
+public:
+    explicit UmaskScope(mode_t mask)
+        : m_previous(::umask(mask))
+    { }
+    ~UmaskScope() { ::umask(m_previous); }
+    UmaskScope(const UmaskScope&) = delete;
+    UmaskScope& operator=(const UmaskScope&) = delete;
+
+private:
+    mode_t m_previous;
+};
 
 void addFileRows()
 {
@@ -328,6 +354,77 @@ private slots:
         QVERIFY_THROWS_EXCEPTION(PlatformError, service.writeConfig(u"Host a\n"_s));
         QVERIFY(QFileInfo(service.configURL()).isDir());
         QCOMPARE(backupsIn(dir.path() + u"/.ssh"_s, u"config"_s), QStringList());
+    }
+
+    void savingRemovesOnlyStaleTemporaryFilesOfItsOwn()
+    {
+        // A save killed between writing its temporary file and the rename leaves "config.XXXXXX" behind.
+        QTemporaryDir dir;
+        const SSHFileService service = serviceIn(dir.path());
+        QVERIFY(writeBytes(service.configURL(), "Host old\n"));
+        const QString ssh = dir.path() + u"/.ssh/"_s;
+        const QDateTime yesterday = QDateTime::currentDateTime().addDays(-1);
+        const QStringList stale { u"config.AbCdEf"_s, u"config.a1B2c3"_s, u"config.000000"_s };
+        const QStringList kept { u"config.backup-20240131-142501-007-3F2A9C1B"_s, u"config.AbCdE"_s,
+            u"config.AbCdEfG"_s, u"config.Ab-_Ef"_s, u"known_hosts.AbCdEf"_s, u"xconfig.AbCdEf"_s, u"notes"_s };
+        for (const QString& name : stale + kept)
+            QVERIFY(writeBytes(ssh + name, "left over") && setModified(ssh + name, yesterday));
+        QVERIFY(QDir(ssh).mkdir(u"config.DirDir"_s) && setModified(ssh + u"config.DirDir"_s, yesterday));
+        QVERIFY(QFile::link(ssh + u"notes"_s, ssh + u"config.LnkLnk"_s)
+            && setModified(ssh + u"config.LnkLnk"_s, yesterday));
+        // Written after this process started: perhaps another instance's save in progress.
+        QVERIFY(writeBytes(ssh + u"config.Young1"_s, "in progress")
+            && setModified(ssh + u"config.Young1"_s, QDateTime::currentDateTime()));
+
+        const std::optional<QString> backup = service.writeConfig(u"Host new\n"_s);
+
+        QStringList expected = kept
+            + QStringList { u"config"_s, u"config.DirDir"_s, u"config.LnkLnk"_s, u"config.Young1"_s,
+                  QFileInfo(backup.value()).fileName() };
+        expected.sort();
+        QCOMPARE(QDir(ssh).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name),
+            expected);
+    }
+
+    void modesSurviveAPermissiveUmask_data()
+    {
+        QTest::addColumn<unsigned>("mode");
+        QTest::newRow("private 0600") << 0600u;
+        QTest::newRow("group-readable 0640") << 0640u;
+        QTest::newRow("readable 0644") << 0644u;
+    }
+
+    void modesSurviveAPermissiveUmask()
+    {
+        // An existing file keeps its mode and its backup is never looser, whatever the umask.
+        QFETCH(unsigned, mode);
+        const UmaskScope permissive(0);
+        QTemporaryDir dir;
+        const SSHFileService service = serviceIn(dir.path());
+        QVERIFY(writeBytes(service.configURL(), "Host old\n"));
+        QCOMPARE(::chmod(QFile::encodeName(service.configURL()).constData(), mode), 0);
+        const std::optional<QString> backup = service.writeConfig(u"Host new\n"_s);
+        QCOMPARE(modeOf(service.configURL()), mode);
+        QVERIFY(backup.has_value());
+        QCOMPARE(modeOf(*backup) & ~mode, 0u);
+    }
+
+    void newFilesTakeTheirModeFromTheUmask_data()
+    {
+        QTest::addColumn<unsigned>("mask");
+        QTest::newRow("umask 022") << 022u;
+        QTest::newRow("umask 077") << 077u;
+    }
+
+    void newFilesTakeTheirModeFromTheUmask()
+    {
+        QFETCH(unsigned, mask);
+        const UmaskScope scope(mask);
+        QTemporaryDir dir;
+        const SSHFileService service = serviceIn(dir.path());
+        service.writeConfig(u"Host a\n"_s);
+        QCOMPARE(modeOf(dir.path() + u"/.ssh"_s), 0777u & ~mask);
+        QCOMPARE(modeOf(service.configURL()), 0666u & ~mask);
     }
 
     void readingAMissingFileGivesEmptyText_data() { addFileRows(); }

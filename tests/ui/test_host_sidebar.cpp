@@ -1,4 +1,5 @@
 #include "ContentView.h"
+#include "ElidingComboBox.h"
 #include "CreateGroupDialog.h"
 #include "HostListModel.h"
 #include "HostListView.h"
@@ -39,7 +40,6 @@ private Q_SLOTS:
         HostSidebarView sidebar(viewModel);
         auto* list = child<HostListView>(sidebar, u"hostList"_s);
         QCOMPARE(rowTexts(*list->model()), QStringList({u"web-1"_s, u"db-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s}));
-        QVERIFY(list->uniformItemSizes());
         QCOMPARE(list->currentIndex().row(), 0);
         QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorderOn);
         QCOMPARE(child<QLineEdit>(sidebar, u"hostSearchField"_s)->placeholderText(),
@@ -94,6 +94,55 @@ private Q_SLOTS:
         QVERIFY2(found, qPrintable(dot.name()));
     }
 
+    // One line for a host without groups, two for a host with groups, in the list as shown.
+    void rowHeightFollowsTheGroups()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
+        MainWindow window(viewModel, std::nullopt);
+        window.resize(1080, 700);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto* list = child<HostListView>(window, u"hostList"_s);
+        const auto height = [list](int row) { return list->visualRect(list->model()->index(row, 0)).height(); };
+        const int withGroups = height(0);   // web-1: werk, productie
+        const int withoutGroups = height(3); // old-server
+        QCOMPARE(height(1), withGroups);
+        QCOMPARE(height(4), withoutGroups); // *
+        QVERIFY2(withGroups > withoutGroups,
+                 qPrintable(u"%1 against %2"_s.arg(withGroups).arg(withoutGroups)));
+    }
+
+    // A long group name is shown whole in the picker's list, however narrow the sidebar.
+    void groupPickerShowsLongNamesWhole()
+    {
+        const QString longName = u"Klanten met een onderhoudscontract tot en met december"_s;
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(u"# Group: "_s + longName + u"\nHost web\n"_s);
+        MainWindow window(viewModel, std::nullopt);
+        window.resize(1080, 700);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto* picker = child<QComboBox>(window, u"groupPicker"_s);
+        picker->showPopup();
+        QAbstractItemView* popup = picker->view();
+        QTRY_VERIFY(popup->isVisible());
+        const QModelIndex item = popup->model()->index(1, 0);
+        QCOMPARE(item.data().toString(), longName);
+        const int needed = popup->fontMetrics().horizontalAdvance(longName);
+        QVERIFY2(popup->viewport()->width() >= needed,
+                 qPrintable(u"%1 wide for %2"_s.arg(popup->viewport()->width()).arg(needed)));
+        picker->hidePopup();
+
+        // Chosen, it does not fit the box: the box shortens it with an ellipsis and its tool tip has it all.
+        QTest::keyClick(picker, Qt::Key_Down);
+        QCOMPARE(viewModel.selectedGroup(), longName);
+        auto* eliding = qobject_cast<ElidingComboBox*>(picker);
+        QVERIFY(eliding);
+        QVERIFY2(eliding->shownText().endsWith(u'…'), qPrintable(eliding->shownText()));
+        QCOMPARE(picker->toolTip(), longName);
+    }
+
     void dropPositionsFollowThePointer()
     {
         WindowFixture fixture;
@@ -140,6 +189,54 @@ private Q_SLOTS:
         QCOMPARE(rowTexts(*child<HostListView>(sidebar, u"hostList"_s)->model()), listed);
         QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorder ? reorderOn : reorderOff);
         QCOMPARE(viewModel.canReorderHosts(), reorder);
+    }
+
+    // Filtering hides rows; it never chooses another host, and the editor keeps the chosen one.
+    void filteringKeepsTheSelectedHost_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("groupsDown");
+        QTest::addColumn<QStringList>("listed");
+        QTest::newRow("search hides it") << u"db"_s << 0 << QStringList{u"db-1"_s};
+        QTest::newRow("search hides every host") << u"zzz"_s << 0 << QStringList{};
+        QTest::newRow("group hides it") << QString() << 3 << QStringList{u"web-1"_s, u"db-1"_s};
+        QTest::newRow("search and group") << u"web"_s << 2 << QStringList{u"web-1"_s};
+    }
+
+    void filteringKeepsTheSelectedHost()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, groupsDown);
+        QFETCH(QStringList, listed);
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
+        MainWindow window(viewModel, std::nullopt);
+        window.resize(1080, 700);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto* list = child<HostListView>(window, u"hostList"_s);
+        clickRow(*list, 2);
+        const std::optional<QUuid> chosen = viewModel.selectedHostID();
+        QCOMPARE(viewModel.host(2).patterns.value(0), u"klant-acme"_s);
+        QCOMPARE(chosen, viewModel.host(2).id());
+
+        auto* search = child<QLineEdit>(window, u"hostSearchField"_s);
+        QTest::keyClicks(search, typed);
+        auto* picker = child<QComboBox>(window, u"groupPicker"_s);
+        picker->setFocus();
+        for (int i = 0; i < groupsDown; ++i)
+            QTest::keyClick(picker, Qt::Key_Down);
+        QCOMPARE(rowTexts(*list->model()), listed);
+        QCOMPARE(viewModel.selectedHostID(), chosen);
+        QVERIFY(list->selectionModel()->selectedRows().isEmpty());
+        QCOMPARE(child<QLineEdit>(window, u"hostPatternsField"_s)->text(), u"klant-acme"_s);
+
+        search->clear();
+        viewModel.setSearchText(QString());
+        viewModel.setSelectedGroup(u"All"_s);
+        QCOMPARE(viewModel.selectedHostID(), chosen);
+        QCOMPARE(list->currentIndex().row(), 2);
+        QVERIFY(list->selectionModel()->isSelected(list->currentIndex()));
     }
 
     void searchFieldFollowsTheViewModel()

@@ -266,6 +266,62 @@ private Q_SLOTS:
                  qPrintable(viewModel.statusMessage()));
     }
 
+    // Ctrl+Z and Ctrl+Shift+Z in the real window take back Delete Host, a known_hosts Remove and a Reload;
+    // a text field with typing of its own keeps Ctrl+Z until it has nothing left to undo.
+    void undoAndRedoByKeyboard()
+    {
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig(), WindowFixture::sampleKnownHosts());
+        MainWindow window(viewModel, std::nullopt);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QAction* undo = action(window, u"undoAction"_s);
+        QVERIFY(undo && !undo->isEnabled());
+        const auto press = [&window](QKeyCombination key) {
+            QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : &window;
+            QTest::keyClick(target, key.key(), key.keyboardModifiers());
+        };
+
+        const SSHConfigDocument loaded = viewModel.document();
+        action(window, u"deleteHostAction"_s)->trigger();
+        QCOMPARE(undo->text(), u"Ongedaan maken: Host verwijderen"_s);
+        window.activateWindow();
+        window.setFocus();
+        press(Qt::CTRL | Qt::Key_Z);
+        QCOMPARE(viewModel.document(), loaded);
+        QCOMPARE(viewModel.statusMessage(), u"Ongedaan gemaakt: Host verwijderd."_s);
+        press(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+        QCOMPARE(viewModel.document().hosts.size(), loaded.hosts.size() - 1);
+        press(Qt::CTRL | Qt::Key_Z);
+
+        viewModel.setActiveEditorTab(EditorTab::knownHosts);
+        const KnownHostsDocument knownHosts = viewModel.knownHostsDocument();
+        QTest::mouseClick(window.findChild<QPushButton*>(u"knownHostRemoveButton"_s), Qt::LeftButton);
+        QCOMPARE(viewModel.knownHostsEntryCount(), 2);
+        window.setFocus();
+        press(Qt::CTRL | Qt::Key_Z);
+        QCOMPARE(viewModel.knownHostsDocument(), knownHosts);
+        press(Qt::CTRL | Qt::Key_Y);
+        QCOMPARE(viewModel.knownHostsEntryCount(), 2);
+
+        fixture.writeKnownHosts(u"new ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAINew\n"_s);
+        action(window, u"reloadAction"_s)->trigger();
+        QCOMPARE(viewModel.knownHostsEntryCount(), 1);
+        press(Qt::CTRL | Qt::Key_Z);
+        QCOMPARE(viewModel.knownHostsEntryCount(), 2);
+        QVERIFY(viewModel.knownHostsDirty());
+
+        // The search field's own typing comes first, then the history.
+        auto* search = window.findChild<QLineEdit*>(u"knownHostsSearchField"_s);
+        search->setFocus();
+        QTest::keyClicks(search, u"ab"_s);
+        press(Qt::CTRL | Qt::Key_Z);
+        QCOMPARE(search->text(), QString());
+        QCOMPARE(viewModel.knownHostsEntryCount(), 2);
+        press(Qt::CTRL | Qt::Key_Z);
+        QCOMPARE(viewModel.knownHostsEntryCount(), 3);
+    }
+
     // Tabs and windows
 
     void tabsAndViewModelFollowEachOther()
