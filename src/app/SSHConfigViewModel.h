@@ -83,6 +83,10 @@ class SSHConfigViewModel : public QObject
                    selectedKnownHostFingerprints NOTIFY selectedKnownHostFingerprintsChanged)
     Q_PROPERTY(std::optional<KnownHostLookup> knownHostLookup READ knownHostLookup NOTIFY knownHostLookupChanged)
     Q_PROPERTY(std::optional<HostKeyChange> hostKeyChange READ hostKeyChange NOTIFY hostKeyChangeChanged)
+    Q_PROPERTY(std::optional<HostKnownHostsLink> selectedHostKnownHostsLink READ selectedHostKnownHostsLink NOTIFY
+                   selectedHostKnownHostsLinkChanged)
+    Q_PROPERTY(QList<ConfigHostLink> selectedKnownHostConfigHosts READ selectedKnownHostConfigHosts NOTIFY
+                   selectedKnownHostConfigHostsChanged)
 
 public:
     /// Which editor the main window shows.
@@ -141,6 +145,26 @@ public:
         QString oldFingerprint;
 
         friend bool operator==(const HostKeyChange&, const HostKeyChange&) = default;
+    };
+
+    /// For the host editor: the name ssh looks up in known_hosts for the selected host and how many active
+    /// entries it would use for it.
+    struct HostKnownHostsLink
+    {
+        QString lookupName;
+        qsizetype entryCount = 0;
+
+        friend bool operator==(const HostKnownHostsLink&, const HostKnownHostsLink&) = default;
+    };
+
+    /// For the known_hosts detail pane: a config host through which ssh reaches the selected entry.
+    struct ConfigHostLink
+    {
+        QUuid hostID;
+        /// The host's patterns joined with one blank, as the host list names it.
+        QString title;
+
+        friend bool operator==(const ConfigHostLink&, const ConfigHostLink&) = default;
     };
 
     /// What a known_hosts entry gives for finding or making a config host block.
@@ -416,6 +440,21 @@ public:
     /// Hides the side-by-side view.
     void dismissHostKeyChange();
 
+    // --- Config <-> known_hosts links (SSHConfigViewModelHostLinks.cpp) ----------------------------------
+
+    /// The selected config host's known_hosts name and entry count (see knownHostLookupNameForConfigHost());
+    /// nothing without a selected host or for a host that names no concrete host. It follows the
+    /// known_hosts document while another tab than known_hosts is shown, which is when the editor shows it.
+    const std::optional<HostKnownHostsLink>& selectedHostKnownHostsLink() const { return m_selectedHostKnownHostsLink; }
+    /// Switches to the known_hosts tab showing only the entries ssh would use for the selected host, the
+    /// first of them selected, as "Zoek host" would for its name.
+    void showKnownHostEntriesForSelectedHost();
+    /// The enabled config hosts, in document order, whose known_hosts name the selected entry matches; empty
+    /// for a commented-out entry. It follows the config while the known_hosts tab is shown.
+    const QList<ConfigHostLink>& selectedKnownHostConfigHosts() const { return m_selectedKnownHostConfigHosts; }
+    /// Selects the config host with hostID and shows the structured tab; says so when it is gone.
+    void selectConfigHostFromKnownHosts(const QUuid& hostID);
+
     // --- Connect (SSHConfigViewModelConnect.cpp) ---------------------------------------------------
 
     void connectSelectedHost();
@@ -465,6 +504,8 @@ Q_SIGNALS:
     void selectedKnownHostFingerprintsChanged();
     void knownHostLookupChanged();
     void hostKeyChangeChanged();
+    void selectedHostKnownHostsLinkChanged();
+    void selectedKnownHostConfigHostsChanged();
     /// canUndo, canRedo, undoText or redoText may have changed.
     void undoHistoryChanged();
 
@@ -588,6 +629,12 @@ private:
     bool isKnownHostsFile(const QString& path) const;
     void forgetKnownHostNameIndex();
     void setKnownHostLookup(const std::optional<KnownHostLookup>& lookup);
+    void showKnownHostLookup(const QString& lookupName);
+    void connectHostLinks();
+    void updateHostLinks();
+    void updateSelectedHostKnownHostsLink();
+    void updateSelectedKnownHostConfigHosts();
+    const QHash<QString, QList<QUuid>>& configHostsByLookupName() const;
 
     std::shared_ptr<SSHFileService> m_fileService;
     SSHConfigParser m_parser;
@@ -627,6 +674,12 @@ private:
     std::optional<KnownHostFingerprints> m_selectedKnownHostFingerprints;
     std::optional<KnownHostLookup> m_knownHostLookup;
     std::optional<HostKeyChange> m_hostKeyChange;
+    std::optional<HostKnownHostsLink> m_selectedHostKnownHostsLink;
+    QList<ConfigHostLink> m_selectedKnownHostConfigHosts;
+    // The enabled config hosts by the name ssh looks up for them, in document order; built on first use
+    // after each change of the config document.
+    mutable std::optional<QHash<QString, QList<QUuid>>> m_configHostsByLookupName;
+    mutable QHash<QUuid, QString> m_configHostLookupNames;
     // Built on the first lookup after a change of the known_hosts document, with the answers given since.
     mutable std::optional<KnownHostNameIndex> m_knownHostNameIndex;
     mutable QHash<QString, QList<QUuid>> m_knownHostLookupAnswers;

@@ -24,6 +24,7 @@ void SSHConfigViewModel::connectKnownHostTools()
     connect(this, &SSHConfigViewModel::knownHostRecordRemoved, this,
         &SSHConfigViewModel::updateSelectedKnownHostFingerprints);
     connectHostLookup();
+    connectHostLinks();
 }
 
 void SSHConfigViewModel::updateSelectedKnownHostFingerprints()

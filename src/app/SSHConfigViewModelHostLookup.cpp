@@ -101,11 +101,16 @@ void SSHConfigViewModel::findKnownHostEntriesForHost(const QString& hostText)
         setStatusMessage(u"Geef een hostnaam, eventueel met poort (naam:poort), zonder jokertekens."_s);
         return;
     }
-    const QList<QUuid> ids = knownHostEntryIDsForName(*name);
-    setKnownHostLookup(KnownHostLookup{*name, ids});
+    showKnownHostLookup(*name);
+}
+
+void SSHConfigViewModel::showKnownHostLookup(const QString& lookupName)
+{
+    const QList<QUuid> ids = knownHostEntryIDsForName(lookupName);
+    setKnownHostLookup(KnownHostLookup{lookupName, ids});
     if (!ids.isEmpty())
         setSelectedKnownHostEntryID(ids.constFirst());
-    setStatusMessage(foundSentence(ids.size(), *name));
+    setStatusMessage(foundSentence(ids.size(), lookupName));
 }
 
 void SSHConfigViewModel::clearKnownHostLookup()

@@ -3,6 +3,7 @@
 #include "AccessibleText.h"
 #include "ExtraOptionsList.h"
 #include "HostDetailRules.h"
+#include "HostKnownHostsLinkView.h"
 #include "SSHConfigViewModel.h"
 
 #include <QCheckBox>
@@ -50,6 +51,7 @@ HostDetailView::HostDetailView(SSHConfigViewModel& viewModel, QWidget* parent)
     auto* stack = new QVBoxLayout(m_form);
     stack->setSpacing(16);
     stack->addWidget(makeHostGroup());
+    stack->addWidget(new HostKnownHostsLinkView(m_viewModel, m_form));
     stack->addWidget(makeCommonOptionsGroup());
     stack->addWidget(makeExtraOptionsGroup());
     stack->addStretch(1);

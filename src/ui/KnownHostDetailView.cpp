@@ -3,6 +3,7 @@
 #include "AccessibleText.h"
 #include "EmptyStateView.h"
 #include "FlowLayout.h"
+#include "KnownHostConfigHostsView.h"
 #include "KnownHostFingerprintView.h"
 #include "KnownHostNamesView.h"
 #include "SSHConfigViewModel.h"
@@ -99,6 +100,7 @@ QWidget* KnownHostDetailView::buildDetails()
     layout->addWidget(new KnownHostFingerprintView(m_viewModel, m_details));
     layout->addWidget(buildButtonRow());
     layout->addWidget(new KnownHostNamesView(m_viewModel, m_details));
+    layout->addWidget(new KnownHostConfigHostsView(m_viewModel, m_details));
     layout->addWidget(buildCommentSection());
     layout->addStretch(1);
     return m_details;
