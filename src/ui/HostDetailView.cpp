@@ -51,7 +51,6 @@ HostDetailView::HostDetailView(SSHConfigViewModel& viewModel, QWidget* parent)
     auto* stack = new QVBoxLayout(m_form);
     stack->setSpacing(16);
     stack->addWidget(makeHostGroup());
-    stack->addWidget(new HostKnownHostsLinkView(m_viewModel, m_form));
     stack->addWidget(makeCommonOptionsGroup());
     stack->addWidget(makeExtraOptionsGroup());
     stack->addStretch(1);
@@ -92,7 +91,12 @@ QWidget* HostDetailView::makeHostGroup()
             return true;
         });
     });
-    layout->addWidget(m_enabledToggle);
+    // The known_hosts link shares the toggle's row, so the form stays short enough for the smallest window.
+    auto* lastRow = new QHBoxLayout;
+    lastRow->setSpacing(16);
+    lastRow->addWidget(m_enabledToggle);
+    lastRow->addWidget(new HostKnownHostsLinkView(m_viewModel, box), 1);
+    layout->addLayout(lastRow);
     return box;
 }
 

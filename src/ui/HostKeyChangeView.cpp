@@ -1,5 +1,6 @@
 #include "HostKeyChangeView.h"
 
+#include "AccessibleText.h"
 #include "SSHConfigViewModel.h"
 #include "TextStyle.h"
 
@@ -26,6 +27,9 @@ HostKeyChangeView::HostKeyChangeView(SSHConfigViewModel& viewModel, QWidget* par
     m_remove->setToolTip(u"Verwijdert de oude sleutel; ssh vraagt bij de volgende verbinding naar de nieuwe."_s);
     auto* close = new QPushButton(u"Sluiten"_s, this);
     close->setObjectName(u"hostKeyChangeCloseButton"_s);
+    setAccessibleText(*m_remove, u"Remove oude sleutel"_s,
+        u"Verwijdert de known_hosts entry met de oude sleutel; het bestand verandert pas bij opslaan."_s);
+    setAccessibleText(*close, u"Sluiten"_s, u"Verbergt de vergelijking van de sleutels."_s);
     layout->addWidget(m_remove);
     layout->addWidget(close);
     connect(m_remove, &QPushButton::clicked, &m_viewModel, &SSHConfigViewModel::deleteSelectedKnownHostEntry);

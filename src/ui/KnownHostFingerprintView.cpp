@@ -1,5 +1,6 @@
 #include "KnownHostFingerprintView.h"
 
+#include "AccessibleText.h"
 #include "SSHConfigViewModel.h"
 #include "TextStyle.h"
 
@@ -13,7 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 QLabel* fingerprintLabel(QWidget* parent, const QString& objectName)
 {
@@ -52,6 +54,8 @@ KnownHostFingerprintView::KnownHostFingerprintView(SSHConfigViewModel& viewModel
     m_showMd5->setObjectName(u"knownHostShowMd5Button"_s);
     m_showMd5->setCheckable(true);
     m_showMd5->setToolTip(u"Toon ook de MD5-fingerprint"_s);
+    setAccessibleText(*m_copy, u"Kopieer fingerprint"_s, u"Zet de SHA256-fingerprint op het klembord."_s);
+    setAccessibleText(*m_showMd5, u"MD5-fingerprint"_s, u"Toont ook de MD5-fingerprint van de sleutel."_s);
     row->addWidget(m_sha256, 1);
     row->addWidget(m_copy);
     row->addWidget(m_showMd5);

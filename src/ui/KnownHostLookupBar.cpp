@@ -1,5 +1,6 @@
 #include "KnownHostLookupBar.h"
 
+#include "AccessibleText.h"
 #include "SSHConfigViewModel.h"
 #include "TextStyle.h"
 
@@ -30,6 +31,10 @@ KnownHostLookupBar::KnownHostLookupBar(SSHConfigViewModel& viewModel, QWidget* p
     applyTextStyle(m_result, TextStyle::caption);
     makeSecondaryText(m_result);
     m_clear = new QPushButton(u"Toon alle entries"_s, this);
+    setAccessibleText(*m_field, u"Zoek host"_s,
+        u"Een hostnaam, eventueel met poort; Enter toont de entries die ssh ervoor gebruikt."_s);
+    setAccessibleText(*findButton, u"Zoek host"_s, u"Toont alleen de entries die ssh voor deze host gebruikt."_s);
+    setAccessibleText(*m_clear, u"Toon alle entries"_s, u"Beëindigt het zoeken op host."_s);
     m_clear->setObjectName(u"knownHostLookupClearButton"_s);
     layout->addWidget(m_field, 1);
     layout->addWidget(findButton);

@@ -1,5 +1,6 @@
 #include "KnownHostNamesView.h"
 
+#include "AccessibleText.h"
 #include "SSHConfigViewModel.h"
 #include "TextStyle.h"
 
@@ -28,10 +29,10 @@ KnownHostNamesView::KnownHostNamesView(SSHConfigViewModel& viewModel, QWidget* p
     connect(&m_viewModel, &SSHConfigViewModel::selectedKnownHostEntryIDChanged, this, &KnownHostNamesView::refresh);
     connect(&m_viewModel, &SSHConfigViewModel::knownHostsReset, this, &KnownHostNamesView::refresh);
     connect(&m_viewModel, &SSHConfigViewModel::knownHostRecordsChanged, this,
-            [this](qsizetype, qsizetype, bool lineNumberOnly) {
-                if (!lineNumberOnly)
-                    refresh();
-            });
+        [this](qsizetype, qsizetype, bool lineNumberOnly) {
+            if (!lineNumberOnly)
+                refresh();
+        });
     refresh();
 }
 
@@ -69,9 +70,11 @@ void KnownHostNamesView::addRow(qsizetype index, const QString& host)
     auto* remove = new QPushButton(u"Verwijder naam"_s, row);
     remove->setObjectName(u"knownHostRemoveName"_s + QString::number(index));
     remove->setToolTip(u"Verwijdert alleen deze naam; de regel blijft voor de andere namen."_s);
+    setAccessibleText(
+        *remove, u"Verwijder naam "_s + host, u"Verwijdert alleen deze naam; de regel blijft voor de andere namen."_s);
     layout->addWidget(name, 1);
     layout->addWidget(remove);
     m_rows->addWidget(row);
     connect(remove, &QPushButton::clicked, this,
-            [this, index] { m_viewModel.removeHostFromSelectedKnownHostEntry(index); });
+        [this, index] { m_viewModel.removeHostFromSelectedKnownHostEntry(index); });
 }

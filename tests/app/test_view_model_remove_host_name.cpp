@@ -83,6 +83,53 @@ private Q_SLOTS:
         QVERIFY(!vm.selectedKnownHostEntry()->isHashed());
     }
 
+    // The whole removal is one step: undo gives ssh the name back, redo takes it again, and the file
+    // written after each is what ssh-keygen reads.
+    void undoAndRedoAreOneStep()
+    {
+        ViewModelFixture fixture;
+        const QString original = u"host1,host2,10.0.0.5 "_s + m_key + u"\n"_s;
+        SSHConfigViewModel& vm = fixture.make(QString(), original);
+        vm.setActiveEditorTab(SSHConfigViewModel::EditorTab::knownHosts);
+        const QUuid id = *vm.selectedKnownHostEntryID();
+        vm.removeHostFromSelectedKnownHostEntry(1);
+        QVERIFY(vm.canUndo());
+        QCOMPARE(vm.undoText(), u"Ongedaan maken: Host uit entry verwijderen"_s);
+
+        vm.undo();
+        QCOMPARE(vm.statusMessage(), u"Ongedaan gemaakt: Host uit entry verwijderd."_s);
+        QVERIFY(!vm.canUndo());
+        QVERIFY(!vm.knownHostsDirty());
+        QCOMPARE(vm.selectedKnownHostEntryID(), std::optional<QUuid>(id));
+        QCOMPARE(vm.selectedKnownHostEntry()->hosts(), (QStringList{u"host1"_s, u"host2"_s, u"10.0.0.5"_s}));
+        QCOMPARE(vm.knownHostEntryIDsForName(u"host2"_s), QList<QUuid>{id});
+
+        QCOMPARE(vm.redoText(), u"Opnieuw doen: Host uit entry verwijderen"_s);
+        vm.redo();
+        QCOMPARE(vm.statusMessage(), u"Opnieuw gedaan: Host uit entry verwijderd."_s);
+        QVERIFY(vm.knownHostsDirty());
+        QCOMPARE(vm.selectedKnownHostEntry()->hosts(), (QStringList{u"host1"_s, u"10.0.0.5"_s}));
+        QVERIFY(vm.knownHostEntryIDsForName(u"host2"_s).isEmpty());
+        vm.saveKnownHosts();
+        const QString path = fixture.knownHostsPath();
+        QVERIFY(m_keygen.run({u"-F"_s, u"host2"_s, u"-f"_s, path}).output.isEmpty());
+        QVERIFY(m_keygen.run({u"-F"_s, u"host1"_s, u"-f"_s, path}).output.contains(u"found: line 1"_s));
+
+        vm.undo();
+        vm.saveKnownHosts();
+        QCOMPARE(WindowFixture::readText(path), original);
+        QVERIFY(m_keygen.run({u"-F"_s, u"host2"_s, u"-f"_s, path}).output.contains(u"found: line 1"_s));
+    }
+
+    void refusalIsNoStep()
+    {
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(QString(), u"host1 "_s + m_key + u"\n"_s);
+        vm.setActiveEditorTab(SSHConfigViewModel::EditorTab::knownHosts);
+        vm.removeHostFromSelectedKnownHostEntry(0);
+        QVERIFY(!vm.canUndo());
+    }
+
 private:
     SshKeygen m_keygen;
     QString m_key;

@@ -2,11 +2,13 @@
 // removing one name of an entry and the pasted ssh warning, over real files and ssh-keygen's own answers.
 
 #include "KnownHostsView.h"
+#include "MainWindow.h"
 #include "SSHConfigViewModel.h"
 #include "SshKeygen.h"
 #include "WidgetHelpers.h"
 #include "WindowFixture.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
@@ -114,7 +116,73 @@ private Q_SLOTS:
         QVERIFY(!f.find<QWidget>(u"knownHostNamesView"_s)->isVisible());
     }
 
+    // Ctrl+Shift+V in the main window reads ssh's warning from the clipboard; the comparison shows the
+    // entry's fingerprint beside the one ssh printed, and its Remove deletes the offending entry.
+    void pastedWarningThroughTheMenu()
+    {
+        WindowFixture files;
+        SSHConfigViewModel& vm = files.make(QString(), u"db-1 "_s + m_key + u"\nweb-1 "_s + m_key + u"\n"_s);
+        MainWindow window(vm, std::nullopt);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        auto* comparison = child<QWidget>(window, u"hostKeyChangeView"_s);
+        QVERIFY(!comparison->isVisible());
+        const QString newFingerprint = u"SHA256:Ffa9vkTzzn/PvF0x9RCHnbFyEXnGnqtYaN4DSYbY6hY"_s;
+        QGuiApplication::clipboard()->setText(
+            u"The fingerprint for the ED25519 key sent by the remote host is\r\n"_s + newFingerprint
+            + u".\r\nOffending ED25519 key in "_s + files.knownHostsPath()
+            + u":2\r\nHost key for web-1 has changed and you have requested strict checking.\r\n"_s);
+        QAction* paste = child<QAction>(window, u"pasteHostKeyWarningAction"_s);
+        QCOMPARE(paste->shortcut(), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_V));
+        paste->trigger();
+        QCOMPARE(vm.activeEditorTab(), SSHConfigViewModel::EditorTab::knownHosts);
+        QTRY_VERIFY(comparison->isVisible());
+        QCOMPARE(child<QLabel>(window, u"hostKeyChangeOldFingerprint"_s)->text(), m_sha256);
+        QCOMPARE(child<QLabel>(window, u"hostKeyChangeNewFingerprint"_s)->text(), newFingerprint);
+        QCOMPARE(selectedEntryHostOf(vm), u"web-1"_s);
+        auto* remove = child<QPushButton>(window, u"hostKeyChangeRemoveButton"_s);
+        QVERIFY(remove->isEnabled());
+        QVERIFY(!remove->accessibleName().isEmpty());
+        remove->click();
+        QCOMPARE(vm.knownHostsEntryCount(), 1);
+        QCOMPARE(selectedEntryHostOf(vm), u"db-1"_s);
+        QVERIFY(!remove->isEnabled());
+        child<QPushButton>(window, u"hostKeyChangeCloseButton"_s)->click();
+        QTRY_VERIFY(!comparison->isVisible());
+    }
+
+    // The host editor's count links to the known_hosts tab; the entry's config host links back.
+    void linksBetweenTheTabs()
+    {
+        WindowFixture files;
+        SSHConfigViewModel& vm = files.make(u"Host web\n    HostName web-1\n"_s,
+                                            u"db-1 "_s + m_key + u"\nweb-1 "_s + m_key + u"\n"_s);
+        MainWindow window(vm, std::nullopt);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QCOMPARE(child<QLabel>(window, u"hostKnownHostsCount"_s)->text(),
+                 u"known_hosts: 1 entry voor web-1"_s);
+        auto* link = child<QPushButton>(window, u"hostKnownHostsLinkButton"_s);
+        QVERIFY(!link->accessibleName().isEmpty());
+        link->click();
+        QCOMPARE(vm.activeEditorTab(), SSHConfigViewModel::EditorTab::knownHosts);
+        QCOMPARE(selectedEntryHostOf(vm), u"web-1"_s);
+        QCOMPARE(child<QListView>(window, u"knownHostsList"_s)->model()->rowCount(), 1);
+        QPushButton* back = nullptr;
+        QTRY_VERIFY((back = window.findChild<QPushButton*>(u"knownHostConfigHost0"_s)) && back->isVisible());
+        QCOMPARE(back->text(), u"web"_s);
+        back->click();
+        QCOMPARE(vm.activeEditorTab(), SSHConfigViewModel::EditorTab::structured);
+        QCOMPARE(vm.selectedHostIndex(), std::optional<qsizetype>(0));
+    }
+
 private:
+    static QString selectedEntryHostOf(const SSHConfigViewModel& vm)
+    {
+        const std::optional<KnownHostEntry> entry = vm.selectedKnownHostEntry();
+        return entry ? entry->hosts().value(0) : QString();
+    }
+
     SshKeygen m_keygen;
     QString m_key;
     QString m_sha256;
