@@ -16,6 +16,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QUuid>
@@ -443,8 +444,9 @@ public:
     // --- Config <-> known_hosts links (SSHConfigViewModelHostLinks.cpp) ----------------------------------
 
     /// The selected config host's known_hosts name and entry count (see knownHostLookupNameForConfigHost());
-    /// nothing without a selected host or for a host that names no concrete host. It follows the
-    /// known_hosts document while another tab than known_hosts is shown, which is when the editor shows it.
+    /// nothing without a selected host or for a host that names no concrete host. The count follows every
+    /// change of known_hosts entries; a reload of known_hosts while its tab is shown is counted anew when
+    /// another tab is chosen, which is when the host editor shows it.
     const std::optional<HostKnownHostsLink>& selectedHostKnownHostsLink() const { return m_selectedHostKnownHostsLink; }
     /// Switches to the known_hosts tab showing only the entries ssh would use for the selected host, the
     /// first of them selected, as "Zoek host" would for its name.
@@ -635,6 +637,8 @@ private:
     void updateSelectedHostKnownHostsLink();
     void updateSelectedKnownHostConfigHosts();
     const QHash<QString, QList<QUuid>>& configHostsByLookupName() const;
+    void recountLinkedRecords(qsizetype first, qsizetype last);
+    void countLinkedEntry(const QUuid& entryID, bool linked);
 
     std::shared_ptr<SSHFileService> m_fileService;
     SSHConfigParser m_parser;
@@ -680,6 +684,10 @@ private:
     // after each change of the config document.
     mutable std::optional<QHash<QString, QList<QUuid>>> m_configHostsByLookupName;
     mutable QHash<QUuid, QString> m_configHostLookupNames;
+    // The entries counted in m_selectedHostKnownHostsLink.
+    QSet<QUuid> m_selectedHostLinkedEntries;
+    // The entry (id, commented-out state and hosts) that m_selectedKnownHostConfigHosts was worked out for.
+    QString m_configHostsLinkedEntry;
     // Built on the first lookup after a change of the known_hosts document, with the answers given since.
     mutable std::optional<KnownHostNameIndex> m_knownHostNameIndex;
     mutable QHash<QString, QList<QUuid>> m_knownHostLookupAnswers;

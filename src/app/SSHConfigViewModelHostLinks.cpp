@@ -61,12 +61,61 @@ void SSHConfigViewModel::connectHostLinks()
     connect(this, &SSHConfigViewModel::documentChanged, this, [this] {
         m_configHostsByLookupName.reset();
         m_configHostLookupNames.clear();
+        m_configHostsLinkedEntry.clear();
         updateHostLinks();
     });
-    connect(this, &SSHConfigViewModel::knownHostsDocumentChanged, this, &SSHConfigViewModel::updateHostLinks);
+    connect(this, &SSHConfigViewModel::knownHostsReset, this, &SSHConfigViewModel::updateHostLinks);
+    // A change of single records adjusts the host editor's count by those records alone: looking the
+    // name up again would rebuild the index of the whole file after every change.
+    connect(this, &SSHConfigViewModel::knownHostRecordAboutToBeRemoved, this, [this](qsizetype position) {
+        if (const KnownHostEntry* entry = m_knownHostsDocument.records().at(position).kind().entry())
+            countLinkedEntry(entry->id(), false);
+    });
+    connect(this, &SSHConfigViewModel::knownHostRecordInserted, this,
+        [this](qsizetype position) { recountLinkedRecords(position, position); });
+    connect(this, &SSHConfigViewModel::knownHostRecordsChanged, this,
+        [this](qsizetype first, qsizetype last, bool lineNumberOnly) {
+            if (!lineNumberOnly)
+                recountLinkedRecords(first, last);
+        });
+    connect(this, &SSHConfigViewModel::knownHostsDocumentChanged, this, [this] {
+        if (m_activeEditorTab == EditorTab::knownHosts)
+            updateSelectedKnownHostConfigHosts();
+    });
     connect(this, &SSHConfigViewModel::activeEditorTabChanged, this, &SSHConfigViewModel::updateHostLinks);
     connect(this, &SSHConfigViewModel::selectedHostIDChanged, this, &SSHConfigViewModel::updateHostLinks);
     connect(this, &SSHConfigViewModel::selectedKnownHostEntryIDChanged, this, &SSHConfigViewModel::updateHostLinks);
+}
+
+void SSHConfigViewModel::recountLinkedRecords(qsizetype first, qsizetype last)
+{
+    if (!m_selectedHostKnownHostsLink)
+        return;
+    for (qsizetype position = first; position <= last; ++position) {
+        const KnownHostEntry* entry = m_knownHostsDocument.records().at(position).kind().entry();
+        if (entry) {
+            countLinkedEntry(entry->id(),
+                !entry->isCommentedOut()
+                    && knownHostsFieldMatches(entry->hostsField(), m_selectedHostKnownHostsLink->lookupName));
+        }
+    }
+}
+
+void SSHConfigViewModel::countLinkedEntry(const QUuid& entryID, bool linked)
+{
+    if (!m_selectedHostKnownHostsLink)
+        return;
+    const bool changed
+        = linked ? !m_selectedHostLinkedEntries.contains(entryID) : m_selectedHostLinkedEntries.contains(entryID);
+    if (!changed)
+        return;
+    if (linked)
+        m_selectedHostLinkedEntries.insert(entryID);
+    else
+        m_selectedHostLinkedEntries.remove(entryID);
+    HostKnownHostsLink link = *m_selectedHostKnownHostsLink;
+    link.entryCount = m_selectedHostLinkedEntries.size();
+    change(m_selectedHostKnownHostsLink, std::optional(link), &SSHConfigViewModel::selectedHostKnownHostsLinkChanged);
 }
 
 // Each side is brought up to date only while its tab is shown, so that typing in the host editor does
@@ -97,11 +146,15 @@ const QHash<QString, QList<QUuid>>& SSHConfigViewModel::configHostsByLookupName(
 void SSHConfigViewModel::updateSelectedHostKnownHostsLink()
 {
     std::optional<HostKnownHostsLink> link;
+    m_selectedHostLinkedEntries.clear();
     if (m_selectedHostID) {
         configHostsByLookupName();
         const auto name = m_configHostLookupNames.constFind(*m_selectedHostID);
-        if (name != m_configHostLookupNames.cend())
-            link = HostKnownHostsLink { *name, knownHostEntryIDsForName(*name).size() };
+        if (name != m_configHostLookupNames.cend()) {
+            const QList<QUuid> ids = knownHostEntryIDsForName(*name);
+            m_selectedHostLinkedEntries = QSet<QUuid>(ids.cbegin(), ids.cend());
+            link = HostKnownHostsLink { *name, ids.size() };
+        }
     }
     change(m_selectedHostKnownHostsLink, link, &SSHConfigViewModel::selectedHostKnownHostsLinkChanged);
 }
@@ -110,6 +163,14 @@ void SSHConfigViewModel::updateSelectedKnownHostConfigHosts()
 {
     QList<ConfigHostLink> links;
     const KnownHostEntry* entry = selectedEntry();
+    // Renumbering and changes of other entries leave the answer as it is; a hashed entry costs one HMAC
+    // per config host, so it is not asked again for nothing.
+    const QString asked = entry
+        ? entry->id().toString() + (entry->isCommentedOut() ? u"#"_s : u" "_s) + entry->hostsField()
+        : QString();
+    if (!asked.isEmpty() && asked == m_configHostsLinkedEntry)
+        return;
+    m_configHostsLinkedEntry = asked;
     if (entry && !entry->isCommentedOut()) {
         const QHash<QString, QList<QUuid>>& byName = configHostsByLookupName();
         QSet<QUuid> reaching;

@@ -170,6 +170,13 @@ private Q_SLOTS:
         QCOMPARE(vm.selectedKnownHostConfigHosts().size(), 2);
         vm.toggleCommentOnSelectedKnownHostEntry();
         QVERIFY(vm.selectedKnownHostConfigHosts().isEmpty());
+        // The host editor's count follows without a new lookup, through removal and its undo too.
+        QCOMPARE(vm.selectedHostKnownHostsLink()->entryCount, 1);
+        vm.setSelectedKnownHostEntryID(vm.knownHostsDocument().records().at(6).kind().entry()->id());
+        vm.deleteSelectedKnownHostEntry();
+        QCOMPARE(vm.selectedHostKnownHostsLink()->entryCount, 0);
+        vm.undo();
+        QCOMPARE(vm.selectedHostKnownHostsLink()->entryCount, 1);
         vm.setActiveEditorTab(SSHConfigViewModel::EditorTab::structured);
         QCOMPARE(vm.selectedHostKnownHostsLink()->entryCount, 1);
     }
