@@ -30,6 +30,9 @@ void SSHConfigViewModel::connectKnownHostTools()
 void SSHConfigViewModel::updateSelectedKnownHostFingerprints()
 {
     const KnownHostEntry* entry = selectedEntry();
+    // The selected entry was just removed or reloaded; the selection repair that follows asks again.
+    if (!entry && m_selectedKnownHostEntryID)
+        return;
     const std::optional<KnownHostFingerprints> fingerprints =
         entry ? knownHostFingerprints(entry->key()) : std::nullopt;
     change(m_selectedKnownHostFingerprints, fingerprints, &SSHConfigViewModel::selectedKnownHostFingerprintsChanged);

@@ -145,6 +145,10 @@ const QHash<QString, QList<QUuid>>& SSHConfigViewModel::configHostsByLookupName(
 
 void SSHConfigViewModel::updateSelectedHostKnownHostsLink()
 {
+    // A load or an undo replaces the document before it repairs the selection, and the repair updates the
+    // link again: the moment between is not published.
+    if (m_selectedHostID && positionOfHost(*m_selectedHostID) < 0)
+        return;
     std::optional<HostKnownHostsLink> link;
     m_selectedHostLinkedEntries.clear();
     if (m_selectedHostID) {

@@ -5,10 +5,9 @@
 #include "TextStyle.h"
 
 #include <QFontDatabase>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -18,10 +17,15 @@ HostKeyChangeView::HostKeyChangeView(SSHConfigViewModel& viewModel, QWidget* par
 {
     setObjectName(u"hostKeyChangeView"_s);
     setFrameShape(QFrame::StyledPanel);
-    auto* layout = new QHBoxLayout(this);
-    layout->setSpacing(16);
-    layout->addWidget(buildColumn(u"Oude sleutel"_s, m_oldCaption, m_old, u"hostKeyChangeOldFingerprint"_s), 1);
-    layout->addWidget(buildColumn(u"Nieuwe sleutel"_s, m_newCaption, m_new, u"hostKeyChangeNewFingerprint"_s), 1);
+    // The two fingerprints one above the other, so that they compare character by character, and
+    // a fingerprint never has to share its line with the other one.
+    auto* layout = new QGridLayout(this);
+    layout->setHorizontalSpacing(12);
+    layout->setVerticalSpacing(4);
+    m_oldCaption = captionLabel();
+    m_old = fingerprintLabel(u"hostKeyChangeOldFingerprint"_s);
+    m_newCaption = captionLabel();
+    m_new = fingerprintLabel(u"hostKeyChangeNewFingerprint"_s);
     m_remove = new QPushButton(u"Remove"_s, this);
     m_remove->setObjectName(u"hostKeyChangeRemoveButton"_s);
     m_remove->setToolTip(u"Verwijdert de oude sleutel; ssh vraagt bij de volgende verbinding naar de nieuwe."_s);
@@ -30,8 +34,13 @@ HostKeyChangeView::HostKeyChangeView(SSHConfigViewModel& viewModel, QWidget* par
     setAccessibleText(*m_remove, u"Remove oude sleutel"_s,
         u"Verwijdert de known_hosts entry met de oude sleutel; het bestand verandert pas bij opslaan."_s);
     setAccessibleText(*close, u"Sluiten"_s, u"Verbergt de vergelijking van de sleutels."_s);
-    layout->addWidget(m_remove);
-    layout->addWidget(close);
+    layout->addWidget(m_oldCaption, 0, 0);
+    layout->addWidget(m_old, 0, 1);
+    layout->addWidget(m_newCaption, 1, 0);
+    layout->addWidget(m_new, 1, 1);
+    layout->addWidget(m_remove, 0, 2);
+    layout->addWidget(close, 1, 2);
+    layout->setColumnStretch(0, 1);
     connect(m_remove, &QPushButton::clicked, &m_viewModel, &SSHConfigViewModel::deleteSelectedKnownHostEntry);
     connect(close, &QPushButton::clicked, &m_viewModel, &SSHConfigViewModel::dismissHostKeyChange);
     connect(&m_viewModel, &SSHConfigViewModel::hostKeyChangeChanged, this, &HostKeyChangeView::refresh);
@@ -39,26 +48,26 @@ HostKeyChangeView::HostKeyChangeView(SSHConfigViewModel& viewModel, QWidget* par
     refresh();
 }
 
-QWidget* HostKeyChangeView::buildColumn(
-    const QString& title, QLabel*& caption, QLabel*& fingerprint, const QString& objectName)
+QLabel* HostKeyChangeView::captionLabel()
 {
-    auto* column = new QWidget(this);
-    auto* layout = new QVBoxLayout(column);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(2);
-    caption = new QLabel(title, column);
+    auto* caption = new QLabel(this);
+    caption->setTextFormat(Qt::PlainText);
+    caption->setWordWrap(true);
+    caption->setMinimumWidth(1);
     applyTextStyle(caption, TextStyle::caption);
     makeSecondaryText(caption);
-    fingerprint = new QLabel(column);
+    return caption;
+}
+
+// A fingerprint has no place to wrap and is never cut: the caption beside it gives way instead.
+QLabel* HostKeyChangeView::fingerprintLabel(const QString& objectName)
+{
+    auto* fingerprint = new QLabel(this);
     fingerprint->setObjectName(objectName);
     fingerprint->setTextFormat(Qt::PlainText);
     fingerprint->setTextInteractionFlags(Qt::TextSelectableByMouse);
     fingerprint->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    fingerprint->setWordWrap(true);
-    fingerprint->setMinimumWidth(1);
-    layout->addWidget(caption);
-    layout->addWidget(fingerprint);
-    return column;
+    return fingerprint;
 }
 
 void HostKeyChangeView::refresh()
@@ -71,7 +80,7 @@ void HostKeyChangeView::refresh()
     m_oldCaption->setText(change->entryID ? u"Oude sleutel in known_hosts, regel "_s
                 + QString::number(m_viewModel.indexOfKnownHostRecord(*change->entryID).value_or(-1) + 1)
                                           : u"Oude sleutel: niet gevonden in dit bestand"_s);
-    m_old->setText(change->oldFingerprint);
+    m_old->setText(change->oldFingerprint.isEmpty() ? u"—"_s : change->oldFingerprint);
     m_newCaption->setText(u"Nieuwe sleutel van "_s + (warning.host.isEmpty() ? u"de server"_s : warning.host)
         + (warning.newKeyType.isEmpty() ? QString() : u" ("_s + warning.newKeyType + u")"_s));
     m_new->setText(warning.newFingerprint);

@@ -6,8 +6,8 @@ class QLabel;
 class QPushButton;
 class SSHConfigViewModel;
 
-/// After ssh's "host key has changed" warning was pasted: the offending entry's fingerprint beside the one
-/// the server now sends, with Remove for that entry and Sluiten to hide the comparison.
+/// After ssh's "host key has changed" warning was pasted: the offending entry's fingerprint with the one
+/// the server now sends right under it, with Remove for that entry and Sluiten to hide the comparison.
 ///
 /// Object names: "hostKeyChangeView", "hostKeyChangeOldFingerprint", "hostKeyChangeNewFingerprint",
 /// "hostKeyChangeRemoveButton", "hostKeyChangeCloseButton".
@@ -20,7 +20,8 @@ public:
     explicit HostKeyChangeView(SSHConfigViewModel& viewModel, QWidget* parent = nullptr);
 
 private:
-    QWidget* buildColumn(const QString& title, QLabel*& caption, QLabel*& fingerprint, const QString& objectName);
+    QLabel* captionLabel();
+    QLabel* fingerprintLabel(const QString& objectName);
     void refresh();
 
     SSHConfigViewModel& m_viewModel;
