@@ -3,10 +3,12 @@
 #include "KnownHostNameMatch.h"
 #include "KnownHostsDocument.h"
 
+#include <QCryptographicHash>
 #include <QHash>
 #include <QList>
 #include <QString>
 
+#include <array>
 #include <vector>
 
 /// Which entries of a known_hosts document ssh would use for a looked-up name (see KnownHostNameMatch.h),
@@ -26,11 +28,18 @@ public:
     QList<qsizetype> recordsFor(QStringView name) const;
 
 private:
+    // HMAC-SHA1 with the salt as key, its two padded keys worked out once when the index is built
+    // (RFC 2104), so a lookup hashes the name without setting up a keyed hash per entry.
     struct HashedRecord
     {
         qsizetype position;
-        HashedHostName name;
+        std::array<char, 64> innerPad;
+        std::array<char, 64> outerPad;
+        QByteArray hash;
     };
+
+    static HashedRecord hashedRecord(qsizetype position, const HashedHostName& name);
+    static bool matches(const HashedRecord& record, QByteArrayView nameUtf8, QCryptographicHash& sha1);
     struct PatternRecord
     {
         qsizetype position;
