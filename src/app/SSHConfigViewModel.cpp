@@ -141,8 +141,12 @@ void SSHConfigViewModel::replaceKnownHosts(const KnownHostsDocument& document,
 
 void SSHConfigViewModel::load()
 {
+    // The links between the files are worked out once both are read, not once for each.
+    m_loadingBothFiles = true;
     const QString configSentence = loadConfig();
     const QString knownHostsSentence = loadKnownHosts();
+    m_loadingBothFiles = false;
+    updateHostLinks();
     QString status = configSentence + u' ' + knownHostsSentence;
     // Said last, so the two load sentences keep their place at the start of the status line.
     if (m_configUnreadable)

@@ -688,6 +688,7 @@ private:
     QSet<QUuid> m_selectedHostLinkedEntries;
     // The entry (id, commented-out state and hosts) that m_selectedKnownHostConfigHosts was worked out for.
     QString m_configHostsLinkedEntry;
+    bool m_loadingBothFiles = false;
     // Built on the first lookup after a change of the known_hosts document, with the answers given since.
     mutable std::optional<KnownHostNameIndex> m_knownHostNameIndex;
     mutable QHash<QString, QList<QUuid>> m_knownHostLookupAnswers;

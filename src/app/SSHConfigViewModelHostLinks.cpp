@@ -79,7 +79,7 @@ void SSHConfigViewModel::connectHostLinks()
                 recountLinkedRecords(first, last);
         });
     connect(this, &SSHConfigViewModel::knownHostsDocumentChanged, this, [this] {
-        if (m_activeEditorTab == EditorTab::knownHosts)
+        if (m_activeEditorTab == EditorTab::knownHosts && !m_loadingBothFiles)
             updateSelectedKnownHostConfigHosts();
     });
     connect(this, &SSHConfigViewModel::activeEditorTabChanged, this, &SSHConfigViewModel::updateHostLinks);
@@ -122,6 +122,8 @@ void SSHConfigViewModel::countLinkedEntry(const QUuid& entryID, bool linked)
 // not test the known_hosts entry and editing known_hosts does not look up the config host.
 void SSHConfigViewModel::updateHostLinks()
 {
+    if (m_loadingBothFiles)
+        return;
     if (m_activeEditorTab == EditorTab::knownHosts)
         updateSelectedKnownHostConfigHosts();
     else
