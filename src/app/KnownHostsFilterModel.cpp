@@ -17,7 +17,10 @@ KnownHostsFilterModel::KnownHostsFilterModel(KnownHostsModel& source, QObject* p
     setDynamicSortFilter(true);
     const SSHConfigViewModel* viewModel = &source.viewModel();
     m_query = viewModel->knownHostsSearchQuery();
+    m_fingerprintQuery = viewModel->knownHostsFingerprintQuery();
+    m_lookup = currentLookup();
     connect(viewModel, &SSHConfigViewModel::knownHostsSearchTextChanged, this, &KnownHostsFilterModel::refilter);
+    connect(viewModel, &SSHConfigViewModel::knownHostLookupChanged, this, &KnownHostsFilterModel::refilter);
     connect(&source, &QAbstractItemModel::rowsInserted, this, &KnownHostsFilterModel::forgetShownRows);
     connect(&source, &QAbstractItemModel::rowsRemoved, this, &KnownHostsFilterModel::forgetShownRows);
     connect(&source, &QAbstractItemModel::rowsMoved, this, &KnownHostsFilterModel::forgetShownRows);
@@ -29,15 +32,21 @@ KnownHostsFilterModel::KnownHostsFilterModel(KnownHostsModel& source, QObject* p
 void KnownHostsFilterModel::refilter()
 {
     const QString query = m_source.viewModel().knownHostsSearchQuery();
+    const QString fingerprintQuery = m_source.viewModel().knownHostsFingerprintQuery();
     // Blanks around the text change the field but not the query; the rows stay as they are.
-    if (query == m_query)
+    std::optional<QSet<QUuid>> lookup = currentLookup();
+    if (query == m_query && fingerprintQuery == m_fingerprintQuery && lookup == m_lookup)
         return;
     const std::vector<char> shown = shownSourceRows();
     // A longer query can only hide rows and a shorter one only show them, so typing on tests just
-    // the rows still shown and deleting tests just the hidden ones.
-    const bool narrowing = query.contains(m_query);
-    const bool widening = m_query.contains(query);
+    // the rows still shown and deleting tests just the hidden ones. A fingerprint is matched by its
+    // start, so the same holds for the fingerprint query as long as there is one before and after.
+    const bool sameKind = m_fingerprintQuery.isEmpty() == fingerprintQuery.isEmpty() && lookup == m_lookup;
+    const bool narrowing = sameKind && query.contains(m_query) && fingerprintQuery.startsWith(m_fingerprintQuery);
+    const bool widening = sameKind && m_query.contains(query) && m_fingerprintQuery.startsWith(fingerprintQuery);
     m_query = query;
+    m_fingerprintQuery = fingerprintQuery;
+    m_lookup = std::move(lookup);
     std::vector<char> accepted(shown.size());
     // The entries are only read here, so a first letter over 100,000 of them can use every core.
     inParallelRanges(accepted.size(), [&](size_t begin, size_t end) {
@@ -45,8 +54,7 @@ void KnownHostsFilterModel::refilter()
             if ((narrowing && !shown[row]) || (widening && shown[row]))
                 accepted[row] = shown[row];
             else
-                accepted[row] =
-                    SSHConfigViewModel::knownHostEntryMatches(m_source.entryAt(static_cast<int>(row)), m_query);
+                accepted[row] = accepts(m_source.entryAt(static_cast<int>(row)));
         }
     });
     m_accepted = &accepted;
@@ -92,7 +100,22 @@ bool KnownHostsFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex& s
         return false;
     if (m_accepted && static_cast<size_t>(sourceRow) < m_accepted->size())
         return m_accepted->at(static_cast<size_t>(sourceRow)) != 0;
-    return SSHConfigViewModel::knownHostEntryMatches(m_source.entryAt(sourceRow), m_query);
+    return accepts(m_source.entryAt(sourceRow));
+}
+
+bool KnownHostsFilterModel::accepts(const KnownHostEntry& entry) const
+{
+    if (m_lookup && !m_lookup->contains(entry.id()))
+        return false;
+    return SSHConfigViewModel::knownHostEntryMatchesSearch(entry, m_query, m_fingerprintQuery);
+}
+
+std::optional<QSet<QUuid>> KnownHostsFilterModel::currentLookup() const
+{
+    const std::optional<SSHConfigViewModel::KnownHostLookup>& lookup = m_source.viewModel().knownHostLookup();
+    if (!lookup)
+        return std::nullopt;
+    return QSet<QUuid>(lookup->entryIDs.cbegin(), lookup->entryIDs.cend());
 }
 
 int KnownHostsFilterModel::rowOf(const QUuid& id) const

@@ -2,13 +2,15 @@
 
 #include "KnownHostsModel.h"
 
+#include <QSet>
 #include <QSortFilterProxyModel>
 
 #include <vector>
 
 /// The known_hosts list as the known_hosts tab shows it: the rows of a KnownHostsModel that the view
-/// model's own rule (SSHConfigViewModel::knownHostEntryMatches) keeps for its knownHostsSearchText, in
-/// record order. Follows the search text by itself; never sorts.
+/// model's own rule (SSHConfigViewModel::knownHostEntryMatchesSearch) keeps for its knownHostsSearchText, in
+/// record order. While the view model has a host lookup, only the entries it found. Follows the search
+/// text and the lookup by itself; never sorts.
 ///
 /// A search change that shows or hides only a few runs of rows is announced row by row; one that
 /// changes many scattered rows resets the model instead, because QSortFilterProxyModel pays a pass
@@ -29,6 +31,8 @@ protected:
 
 private:
     void refilter();
+    bool accepts(const KnownHostEntry& entry) const;
+    std::optional<QSet<QUuid>> currentLookup() const;
     /// For every source row, whether this model shows it now.
     std::vector<char> shownSourceRows() const;
     /// Forgets the answers kept from the last refilter, once the source has changed under them.
@@ -38,6 +42,9 @@ private:
 
     KnownHostsModel& m_source;
     QString m_query;
+    QString m_fingerprintQuery;
+    /// The entries of the view model's host lookup, while there is one.
+    std::optional<QSet<QUuid>> m_lookup;
     /// During refilter(): every source row's answer for the new query, so no row is tested twice.
     const std::vector<char>* m_accepted = nullptr;
     /// The answers of the last refilter while the source has not changed since (else empty): asking

@@ -153,6 +153,10 @@ QVariant KnownHostsModel::data(const QModelIndex& index, int role) const
         return entry.isHashed();
     case IsCommentedOutRole:
         return entry.isCommentedOut();
+    case Qt::ToolTipRole:
+    case Sha256FingerprintRole:
+        // Asked only for rows on screen (or under the mouse), so a large file is never hashed whole.
+        return knownHostSha256Fingerprint(entry.key()).value_or(QString());
     default:
         return {};
     }
@@ -178,5 +182,6 @@ QHash<int, QByteArray> KnownHostsModel::roleNames() const
     names.insert(CommentRole, "comment");
     names.insert(IsHashedRole, "isHashed");
     names.insert(IsCommentedOutRole, "isCommentedOut");
+    names.insert(Sha256FingerprintRole, "sha256Fingerprint");
     return names;
 }

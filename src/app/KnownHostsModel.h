@@ -22,6 +22,8 @@
 /// - MarkerRole: "@cert-authority", "@revoked" or an empty QString
 /// - KeyTypeRole, KeyRole, CommentRole: QString
 /// - IsHashedRole, IsCommentedOutRole: bool
+/// - Sha256FingerprintRole (and Qt::ToolTipRole): "SHA256:…" as ssh-keygen -l prints it, computed when
+///   asked; an empty QString when the key is not base64
 class KnownHostsModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -39,6 +41,7 @@ public:
         CommentRole,
         IsHashedRole,
         IsCommentedOutRole,
+        Sha256FingerprintRole,
     };
     Q_ENUM(Role)
 

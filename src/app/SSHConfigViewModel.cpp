@@ -20,6 +20,7 @@ SSHConfigViewModel::SSHConfigViewModel(std::shared_ptr<SSHFileService> fileServi
     , m_selectedGroup(allGroupsFilter())
 {
     Q_ASSERT(m_fileService && m_terminalDiscovery && m_terminalLauncher && m_userDefaults);
+    connectKnownHostTools();
     refreshTerminalApps();
     load();
     // What the first load brought is where the histories start, not a step to undo.
@@ -138,8 +139,12 @@ void SSHConfigViewModel::replaceKnownHosts(const KnownHostsDocument& document,
 void SSHConfigViewModel::load()
 {
     m_unchangedSaveWarningDismissed = false;
+    // The links between the files are worked out once both are read, not once for each.
+    m_loadingBothFiles = true;
     const QString configSentence = loadConfig();
     const QString knownHostsSentence = loadKnownHosts();
+    m_loadingBothFiles = false;
+    updateHostLinks();
     QString status = configSentence + u' ' + knownHostsSentence;
     // Said last, so the two load sentences keep their place at the start of the status line.
     if (m_configUnreadable)

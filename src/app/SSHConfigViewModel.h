@@ -2,6 +2,9 @@
 
 #include "FileSnapshot.h"
 #include "HostFieldRules.h"
+#include "KnownHostFingerprint.h"
+#include "KnownHostNameIndex.h"
+#include "SSHHostKeyWarning.h"
 #include "KnownHostsService.h"
 #include "SSHConfigParser.h"
 #include "SSHFileService.h"
@@ -14,6 +17,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QUuid>
@@ -88,6 +92,14 @@ class SSHConfigViewModel : public QObject
     Q_PROPERTY(QString sshCheckProblem READ sshCheckProblem NOTIFY sshCheckProblemChanged)
     Q_PROPERTY(QString unchangedSaveWarning READ unchangedSaveWarning NOTIFY unchangedSaveWarningChanged)
     Q_PROPERTY(bool sshChangesShown READ sshChangesShown NOTIFY sshChangesShownChanged)
+    Q_PROPERTY(std::optional<KnownHostFingerprints> selectedKnownHostFingerprints READ
+                   selectedKnownHostFingerprints NOTIFY selectedKnownHostFingerprintsChanged)
+    Q_PROPERTY(std::optional<KnownHostLookup> knownHostLookup READ knownHostLookup NOTIFY knownHostLookupChanged)
+    Q_PROPERTY(std::optional<HostKeyChange> hostKeyChange READ hostKeyChange NOTIFY hostKeyChangeChanged)
+    Q_PROPERTY(std::optional<HostKnownHostsLink> selectedHostKnownHostsLink READ selectedHostKnownHostsLink NOTIFY
+                   selectedHostKnownHostsLinkChanged)
+    Q_PROPERTY(QList<ConfigHostLink> selectedKnownHostConfigHosts READ selectedKnownHostConfigHosts NOTIFY
+                   selectedKnownHostConfigHostsChanged)
 
 public:
     /// Which editor the main window shows.
@@ -124,6 +136,48 @@ public:
         QString text;
 
         friend bool operator==(const FileChangeNotice&, const FileChangeNotice&) = default;
+    };
+
+    /// The answer to "Zoek host": the name ssh looks up and the entries it would use for it, in file order.
+    /// While there is one, the known_hosts list shows only those entries.
+    struct KnownHostLookup
+    {
+        QString name;
+        QList<QUuid> entryIDs;
+
+        friend bool operator==(const KnownHostLookup&, const KnownHostLookup&) = default;
+    };
+
+    /// A pasted ssh warning about a changed host key and the entry it points at, for the side-by-side view.
+    struct HostKeyChange
+    {
+        SSHHostKeyWarning warning;
+        /// The offending entry, when this file holds it.
+        std::optional<QUuid> entryID;
+        /// The offending entry's SHA256 fingerprint (empty when its key is not base64 or there is none).
+        QString oldFingerprint;
+
+        friend bool operator==(const HostKeyChange&, const HostKeyChange&) = default;
+    };
+
+    /// For the host editor: the name ssh looks up in known_hosts for the selected host and how many active
+    /// entries it would use for it.
+    struct HostKnownHostsLink
+    {
+        QString lookupName;
+        qsizetype entryCount = 0;
+
+        friend bool operator==(const HostKnownHostsLink&, const HostKnownHostsLink&) = default;
+    };
+
+    /// For the known_hosts detail pane: a config host through which ssh reaches the selected entry.
+    struct ConfigHostLink
+    {
+        QUuid hostID;
+        /// The host's patterns joined with one blank, as the host list names it.
+        QString title;
+
+        friend bool operator==(const ConfigHostLink&, const ConfigHostLink&) = default;
     };
 
     /// What a known_hosts entry gives for finding or making a config host block.
@@ -363,7 +417,8 @@ public:
 
     /// knownHostsSearchText trimmed of blanks and line breaks and lower-cased.
     QString knownHostsSearchQuery() const;
-    /// The entries of all entry records in record order that match knownHostsSearchQuery().
+    /// The entries of all entry records in record order that match knownHostsSearchQuery(), or whose
+    /// fingerprint matches knownHostsFingerprintQuery().
     QList<KnownHostEntry> filteredKnownHostEntries() const;
     /// True when the lower-cased query occurs in the entry's hosts joined with one blank, its marker's
     /// text, its key type, one blank and key, or its comment (all lower-cased); an empty query matches.
@@ -379,6 +434,10 @@ public:
     /// structured editor.
     void openSSHHostForSelectedKnownHostEntry();
     void deleteSelectedKnownHostEntry();
+    /// Removes one host name (at hostIndex in the entry's hosts) from the selected entry and keeps the
+    /// entry for the others, where ssh-keygen -R would delete the whole line. Refused, with a sentence, for
+    /// the only host of an entry (that is deleteSelectedKnownHostEntry()) or an index outside the hosts.
+    void removeHostFromSelectedKnownHostEntry(qsizetype hostIndex);
     /// Sets every entry's lineNumber to its record's position plus one; true, after announcing the
     /// change, when any entry had another number.
     bool renumberKnownHostEntries();
@@ -388,6 +447,67 @@ public:
     /// entry names no usable host.
     static std::optional<KnownHostSeed> knownHostSeed(const KnownHostEntry& entry);
     static std::optional<BracketedHostPort> parseBracketedHostPort(QStringView text);
+
+    // --- Fingerprints (SSHConfigViewModelFingerprints.cpp) --------------------------------------------
+
+    /// The fingerprints of the selected entry's key; nothing without a selection or when the key is not
+    /// valid base64 (the detail pane then says so). Computed for the selected entry only.
+    const std::optional<KnownHostFingerprints>& selectedKnownHostFingerprints() const
+    {
+        return m_selectedKnownHostFingerprints;
+    }
+    /// The search text, trimmed, when it starts with "SHA256:" in any letter case (written back as
+    /// "SHA256:"); empty otherwise. Fingerprints are base64 and so case-sensitive after the prefix.
+    QString knownHostsFingerprintQuery() const;
+    /// True when the entry's SHA-256 fingerprint starts with fingerprintQuery (never for an empty query
+    /// or a key that is not base64).
+    static bool knownHostEntryMatchesFingerprint(const KnownHostEntry& entry, QStringView fingerprintQuery);
+    /// What the known_hosts list shows: knownHostEntryMatches(), or else a fingerprint match.
+    static bool knownHostEntryMatchesSearch(const KnownHostEntry& entry, QStringView loweredQuery,
+                                            QStringView fingerprintQuery);
+    /// The detail pane put a fingerprint on the clipboard: says so in the status line.
+    void reportFingerprintCopied();
+
+    // --- Host lookup (SSHConfigViewModelHostLookup.cpp) -----------------------------------------------
+
+    const std::optional<KnownHostLookup>& knownHostLookup() const { return m_knownHostLookup; }
+    /// "Zoek host": finds every entry ssh would use for a host typed as "name", "name:port" or
+    /// "[name]:port" (hashed names included), shows only those in the list, selects the first and says
+    /// how many there are. An empty text ends the lookup.
+    void findKnownHostEntriesForHost(const QString& hostText);
+    /// Shows every entry again.
+    void clearKnownHostLookup();
+    /// The name ssh looks up for a typed host: lower-cased as ssh does with the name it is given, in
+    /// brackets with a port other than 22; nothing for an empty text or a port that is not a number.
+    static std::optional<QString> knownHostLookupNameForText(QStringView hostText);
+    /// The ids of the active entries ssh would use for lookupName, in file order.
+    QList<QUuid> knownHostEntryIDsForName(const QString& lookupName) const;
+
+    // --- Pasted ssh warning (SSHConfigViewModelHostKeyWarning.cpp) -------------------------------------
+
+    const std::optional<HostKeyChange>& hostKeyChange() const { return m_hostKeyChange; }
+    /// Reads ssh's "REMOTE HOST IDENTIFICATION HAS CHANGED" text, selects the offending entry (by its line
+    /// when that line holds an entry ssh uses for the host, else the first entry ssh uses for the host),
+    /// shows the known_hosts tab and publishes old and new fingerprint. Says why when it finds nothing.
+    void applyHostKeyWarning(const QString& pastedText);
+    /// Hides the side-by-side view.
+    void dismissHostKeyChange();
+
+    // --- Config <-> known_hosts links (SSHConfigViewModelHostLinks.cpp) ----------------------------------
+
+    /// The selected config host's known_hosts name and entry count (see knownHostLookupNameForConfigHost());
+    /// nothing without a selected host or for a host that names no concrete host. The count follows every
+    /// change of known_hosts entries; a reload of known_hosts while its tab is shown is counted anew when
+    /// another tab is chosen, which is when the host editor shows it.
+    const std::optional<HostKnownHostsLink>& selectedHostKnownHostsLink() const { return m_selectedHostKnownHostsLink; }
+    /// Switches to the known_hosts tab showing only the entries ssh would use for the selected host, the
+    /// first of them selected, as "Zoek host" would for its name.
+    void showKnownHostEntriesForSelectedHost();
+    /// The enabled config hosts, in document order, whose known_hosts name the selected entry matches; empty
+    /// for a commented-out entry. It follows the config while the known_hosts tab is shown.
+    const QList<ConfigHostLink>& selectedKnownHostConfigHosts() const { return m_selectedKnownHostConfigHosts; }
+    /// Selects the config host with hostID and shows the structured tab; says so when it is gone.
+    void selectConfigHostFromKnownHosts(const QUuid& hostID);
 
     // --- Connect (SSHConfigViewModelConnect.cpp) ---------------------------------------------------
 
@@ -444,6 +564,11 @@ Q_SIGNALS:
     void sshChangesShownChanged();
     /// showRawTextLine() asks the raw editor to show this 1-based line of rawText.
     void rawTextLineRequested(qsizetype line);
+    void selectedKnownHostFingerprintsChanged();
+    void knownHostLookupChanged();
+    void hostKeyChangeChanged();
+    void selectedHostKnownHostsLinkChanged();
+    void selectedKnownHostConfigHostsChanged();
     /// canUndo, canRedo, undoText or redoText may have changed.
     void undoHistoryChanged();
 
@@ -565,6 +690,22 @@ private:
     void takeSshCheckResult(SSHFile file, const SshCheckResult& result);
     void updateSshCheckProgress();
     void updateUnchangedSaveWarning();
+    /// Keeps the properties derived from the known_hosts document and the selections up to date.
+    void connectKnownHostTools();
+    void updateSelectedKnownHostFingerprints();
+    void connectHostLookup();
+    std::optional<QUuid> offendingEntry(const SSHHostKeyWarning& warning) const;
+    bool isKnownHostsFile(const QString& path) const;
+    void forgetKnownHostNameIndex();
+    void setKnownHostLookup(const std::optional<KnownHostLookup>& lookup);
+    void showKnownHostLookup(const QString& lookupName);
+    void connectHostLinks();
+    void updateHostLinks();
+    void updateSelectedHostKnownHostsLink();
+    void updateSelectedKnownHostConfigHosts();
+    const QHash<QString, QList<QUuid>>& configHostsByLookupName() const;
+    void recountLinkedRecords(qsizetype first, qsizetype last);
+    void countLinkedEntry(const QUuid& entryID, bool linked);
 
     std::shared_ptr<SSHFileService> m_fileService;
     SSHConfigParser m_parser;
@@ -625,6 +766,23 @@ private:
     QString m_configCheckProblem;
     QString m_knownHostsCheckProblem;
     bool m_unchangedSaveWarningDismissed = false;
+    std::optional<KnownHostFingerprints> m_selectedKnownHostFingerprints;
+    std::optional<KnownHostLookup> m_knownHostLookup;
+    std::optional<HostKeyChange> m_hostKeyChange;
+    std::optional<HostKnownHostsLink> m_selectedHostKnownHostsLink;
+    QList<ConfigHostLink> m_selectedKnownHostConfigHosts;
+    // The enabled config hosts by the name ssh looks up for them, in document order; built on first use
+    // after each change of the config document.
+    mutable std::optional<QHash<QString, QList<QUuid>>> m_configHostsByLookupName;
+    mutable QHash<QUuid, QString> m_configHostLookupNames;
+    // The entries counted in m_selectedHostKnownHostsLink.
+    QSet<QUuid> m_selectedHostLinkedEntries;
+    // The entry (id, commented-out state and hosts) that m_selectedKnownHostConfigHosts was worked out for.
+    QString m_configHostsLinkedEntry;
+    bool m_loadingBothFiles = false;
+    // Built on the first lookup after a change of the known_hosts document, with the answers given since.
+    mutable std::optional<KnownHostNameIndex> m_knownHostNameIndex;
+    mutable QHash<QString, QList<QUuid>> m_knownHostLookupAnswers;
     UndoHistory m_configHistory;
     UndoHistory m_knownHostsHistory;
     // The raw text as the last config step left it: the raw editor writes rawText before it reports

@@ -4,6 +4,7 @@
 
 #include "LoweredTextSearch.h"
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -22,10 +23,11 @@ QString SSHConfigViewModel::knownHostsSearchQuery() const
 QList<KnownHostEntry> SSHConfigViewModel::filteredKnownHostEntries() const
 {
     const QString query = knownHostsSearchQuery();
+    const QString fingerprintQuery = knownHostsFingerprintQuery();
     QList<KnownHostEntry> result;
     for (const KnownHostsRecord& record : m_knownHostsDocument.records()) {
         const KnownHostEntry* entry = record.kind().entry();
-        if (entry && knownHostEntryMatches(*entry, query))
+        if (entry && knownHostEntryMatchesSearch(*entry, query, fingerprintQuery))
             result.append(*entry);
     }
     return result;
@@ -154,6 +156,30 @@ void SSHConfigViewModel::deleteSelectedKnownHostEntry()
     recordKnownHostsRecordChange(u"Entry verwijderen"_s, u"Entry verwijderd"_s, *position, removed, std::nullopt,
                                  viewBefore);
     setStatusMessage(u"known_hosts entry verwijderd."_s);
+}
+
+void SSHConfigViewModel::removeHostFromSelectedKnownHostEntry(qsizetype hostIndex)
+{
+    const KnownHostEntry* selected = selectedEntry();
+    const QStringList hosts = selected ? selected->hosts() : QStringList();
+    if (selected && hosts.size() < 2) {
+        setStatusMessage(u"Dit is de enige host van deze entry; gebruik Remove om de hele entry te verwijderen."_s);
+        return;
+    }
+    if (selected && (hostIndex < 0 || hostIndex >= hosts.size()))
+        return;
+    QString removed;
+    const bool changed = changeSelectedEntry([&](KnownHostEntry& entry) {
+        QStringList remaining = entry.hosts();
+        removed = remaining.takeAt(hostIndex);
+        entry.setHosts(remaining);
+        // The label "hashed" must stay true of the names that are left.
+        entry.setHashed(std::any_of(remaining.cbegin(), remaining.cend(), [](const QString& host) {
+            return host.startsWith(u"|1|"_s) || host.startsWith(u"|2|"_s);
+        }));
+    }, u"Host uit entry verwijderen"_s, u"Host uit entry verwijderd"_s);
+    if (changed)
+        setStatusMessage(u"Host "_s + removed + u" verwijderd uit deze known_hosts entry."_s);
 }
 
 bool SSHConfigViewModel::renumberKnownHostEntries()

@@ -3,6 +3,7 @@
 #include "AccessibleText.h"
 #include "ExtraOptionsList.h"
 #include "HostDetailRules.h"
+#include "HostKnownHostsLinkView.h"
 #include "SSHConfigViewModel.h"
 
 #include <QCheckBox>
@@ -90,7 +91,12 @@ QWidget* HostDetailView::makeHostGroup()
             return true;
         });
     });
-    layout->addWidget(m_enabledToggle);
+    // The known_hosts link shares the toggle's row, so the form stays short enough for the smallest window.
+    auto* lastRow = new QHBoxLayout;
+    lastRow->setSpacing(16);
+    lastRow->addWidget(m_enabledToggle);
+    lastRow->addWidget(new HostKnownHostsLinkView(m_viewModel, box), 1);
+    layout->addLayout(lastRow);
     return box;
 }
 

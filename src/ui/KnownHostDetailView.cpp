@@ -3,6 +3,9 @@
 #include "AccessibleText.h"
 #include "EmptyStateView.h"
 #include "FlowLayout.h"
+#include "KnownHostConfigHostsView.h"
+#include "KnownHostFingerprintView.h"
+#include "KnownHostNamesView.h"
 #include "SSHConfigViewModel.h"
 #include "SymbolIcon.h"
 #include "SymbolLabel.h"
@@ -94,7 +97,10 @@ QWidget* KnownHostDetailView::buildDetails()
     m_hosts = selectableLabel(m_details, u"knownHostHostsLabel"_s);
     layout->addWidget(m_hosts);
     layout->addWidget(buildFactsRow());
+    layout->addWidget(new KnownHostFingerprintView(m_viewModel, m_details));
     layout->addWidget(buildButtonRow());
+    layout->addWidget(new KnownHostNamesView(m_viewModel, m_details));
+    layout->addWidget(new KnownHostConfigHostsView(m_viewModel, m_details));
     layout->addWidget(buildCommentSection());
     layout->addStretch(1);
     return m_details;

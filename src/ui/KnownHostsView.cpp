@@ -3,6 +3,8 @@
 #include "AccessibleText.h"
 #include "KnownHostDetailView.h"
 #include "KnownHostEntryDelegate.h"
+#include "KnownHostLookupBar.h"
+#include "HostKeyChangeView.h"
 #include "KnownHostsFilterModel.h"
 #include "KnownHostsModel.h"
 #include "KnownHostsParseErrorsView.h"
@@ -29,6 +31,8 @@ KnownHostsView::KnownHostsView(SSHConfigViewModel& viewModel, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setSpacing(12);
     layout->addWidget(buildHeader());
+    layout->addWidget(new KnownHostLookupBar(viewModel, this));
+    layout->addWidget(new HostKeyChangeView(viewModel, this));
 
     auto* split = new QSplitter(Qt::Horizontal, this);
     split->setObjectName(u"knownHostsSplit"_s);

@@ -11,6 +11,7 @@
 #include "SshCheckBar.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -96,6 +97,13 @@ void MainWindow::buildEditMenu()
     connect(&m_viewModel, &SSHConfigViewModel::activeEditorTabChanged, this, follow);
     follow();
     qApp->installEventFilter(this);
+    edit->addSeparator();
+    // ssh's warning is what people have on the clipboard when they come here: one keystroke finds the line.
+    QAction* pasteWarning = edit->addAction(u"Plak ssh-&waarschuwing"_s, this, [this] {
+        m_viewModel.applyHostKeyWarning(QGuiApplication::clipboard()->text());
+    });
+    pasteWarning->setObjectName(u"pasteHostKeyWarningAction"_s);
+    pasteWarning->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_V));
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)

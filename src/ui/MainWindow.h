@@ -25,7 +25,9 @@ class SSHConfigViewModel;
 /// "quitAction", "connectMenuAction", "addHostMenuAction", "deleteHostMenuAction",
 /// "structuredTabAction", "rawTabAction", "knownHostsTabAction", "searchAction", "aboutAction". The Edit
 /// menu holds Undo (Ctrl+Z) and Redo (Ctrl+Shift+Z, Ctrl+Y) of the active tab's document ("undoAction",
-/// "redoAction"), named after the step they take back or do again. Above the content, one bar per file
+/// "redoAction"), named after the step they take back or do again, and "Plak ssh-waarschuwing"
+/// (Ctrl+Shift+V, "pasteHostKeyWarningAction"), which hands the clipboard's text to the view model as
+/// ssh's warning about a changed host key. Above the content, one bar per file
 /// ("configChangeBar", "knownHostsChangeBar") says when another program changed it, and "sshCheckBar"
 /// when a save of an unedited file would change what ssh does.
 class MainWindow : public QMainWindow
@@ -63,7 +65,6 @@ private:
     static bool takesUndoShortcut(QObject* watched, const QKeyEvent& key);
 
     SSHConfigViewModel& m_viewModel;
-
     MainToolBar* m_toolBar;
     ContentView* m_content;
     MainStatusBar* m_statusBar;

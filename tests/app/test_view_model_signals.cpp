@@ -60,7 +60,7 @@ private Q_SLOTS:
     void everyPropertyHasANotifySignal()
     {
         const QMetaObject& meta = SSHConfigViewModel::staticMetaObject;
-        QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 34);
+        QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 39);
         for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i)
             QVERIFY2(meta.property(i).hasNotifySignal(), meta.property(i).name());
     }
@@ -102,7 +102,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("operation");
         QTest::addColumn<QStringList>("fired");
         QTest::newRow("addHost") << 0 << QStringList{u"document=1"_s, u"rawEditorDirty=1"_s, u"selectedHostID=1"_s,
-                                                          u"undoHistory=1"_s};
+                                                          u"selectedHostKnownHostsLink=1"_s, u"undoHistory=1"_s};
         QTest::newRow("updateHost with an equal host") << 1 << QStringList{u"rawEditorDirty=1"_s};
         QTest::newRow("reload of unchanged files")
             << 2 << QStringList{u"document=1"_s, u"knownHostsDocument=1"_s, u"selectedHostID=1"_s,
@@ -111,15 +111,16 @@ private Q_SLOTS:
                                                     u"statusMessage=1"_s, u"undoHistory=1"_s};
         QTest::newRow("delete entry")
             << 4 << QStringList{u"knownHostsDirty=1"_s, u"knownHostsDocument=1"_s, u"knownHostsEntryCount=1"_s,
-                                u"selectedKnownHostEntryID=1"_s, u"statusMessage=1"_s, u"undoHistory=1"_s};
+                                u"selectedKnownHostEntryID=1"_s, u"selectedKnownHostFingerprints=1"_s, u"statusMessage=1"_s,
+                                u"undoHistory=1"_s};
         QTest::newRow("save config")
             << 5 << QStringList{u"lastBackupPath=1"_s, u"rawText=1"_s, u"statusMessage=1"_s};
         QTest::newRow("refresh terminals, same list") << 6 << QStringList{};
         QTest::newRow("select other terminal") << 7 << QStringList{u"selectedTerminalBundleIdentifier=1"_s};
         QTest::newRow("parse with errors") << 8
                                            << QStringList{u"document=1"_s, u"parseErrors=1"_s, u"rawEditorDirty=1"_s,
-                                                          u"selectedHostID=1"_s, u"statusMessage=1"_s,
-                                                          u"undoHistory=1"_s};
+                                                          u"selectedHostID=1"_s, u"selectedHostKnownHostsLink=1"_s,
+                                                          u"statusMessage=1"_s, u"undoHistory=1"_s};
     }
 
     void operations()

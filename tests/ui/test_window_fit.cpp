@@ -147,6 +147,46 @@ private Q_SLOTS:
         QCOMPARE(cutWidgetsOf(window).size(), 1);
     }
 
+    // The comparison after a pasted ssh warning and the entry's config host links, with the host editor's
+    // known_hosts link on the other tab.
+    void knownHostToolsAreWhole_data()
+    {
+        QTest::addColumn<QString>("style");
+        QTest::addColumn<qreal>("fontScale");
+        for (const QString& style : {u"Fusion"_s, u"Windows"_s}) {
+            for (const qreal scale : {1.0, 1.25})
+                QTest::addRow("%s, %s", qPrintable(style), scale > 1.0 ? "large font" : "default font") << style << scale;
+        }
+    }
+
+    void knownHostToolsAreWhole()
+    {
+        QFETCH(QString, style);
+        QFETCH(qreal, fontScale);
+        if (!QStyleFactory::keys().contains(style, Qt::CaseInsensitive))
+            QSKIP("this Qt has no such style");
+        QApplication::setStyle(style);
+        QFont font = m_font;
+        font.setPointSizeF(m_font.pointSizeF() * fontScale);
+        QApplication::setFont(font);
+
+        WindowFixture fixture;
+        SSHConfigViewModel& viewModel = fixture.make(
+            u"Host web-1 web-1-long-alias.example.com\n    HostName web-1.example.com\n"_s, knownHosts);
+        const std::unique_ptr<MainWindow> window = shownWindow(viewModel);
+        QStringList cut = cutWidgetsOf(*window);
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u"; "_s)));
+        viewModel.applyHostKeyWarning(
+            u"The fingerprint for the ED25519 key sent by the remote host is\n"
+            u"SHA256:Ffa9vkTzzn/PvF0x9RCHnbFyEXnGnqtYaN4DSYbY6hY.\nOffending ED25519 key in "_s
+            + fixture.knownHostsPath() + u":1\nHost key for web-1.example.com has changed and you have requested strict checking.\n"_s);
+        settle();
+        QVERIFY(viewModel.hostKeyChange() && viewModel.hostKeyChange()->entryID);
+        QCOMPARE(viewModel.selectedKnownHostConfigHosts().size(), 1);
+        cut = cutWidgetsOf(*window);
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u"; "_s)));
+    }
+
     // The sidebar and the tabs trade width as the tab changes: the known_hosts tab takes what it needs
     // from the sidebar, and the host sidebar gets it back.
     void switchingTabsKeepsEverythingWhole()

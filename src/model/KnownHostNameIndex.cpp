@@ -1,0 +1,95 @@
+#include "KnownHostNameIndex.h"
+
+#include <algorithm>
+
+namespace
+{
+
+// Lower-cases ASCII letters only, as ssh does for host names.
+QString asciiLowered(QStringView text)
+{
+    QString lowered = text.toString();
+    for (QChar& c : lowered) {
+        if (c >= u'A' && c <= u'Z')
+            c = QChar(c.unicode() - u'A' + u'a');
+    }
+    return lowered;
+}
+
+bool isLiteralList(QStringView hostsField)
+{
+    return !hostsField.contains(u'*') && !hostsField.contains(u'?') && !hostsField.contains(u'!');
+}
+
+} // namespace
+
+KnownHostNameIndex::KnownHostNameIndex(const KnownHostsDocument& document)
+{
+    const QList<KnownHostsRecord>& records = document.records();
+    for (qsizetype position = 0; position < records.size(); ++position) {
+        const KnownHostEntry* entry = records.at(position).kind().entry();
+        if (entry && !entry->isCommentedOut())
+            add(position, entry->hostsField());
+    }
+}
+
+void KnownHostNameIndex::add(qsizetype position, QStringView hostsField)
+{
+    if (hostsField.startsWith(u'|')) {
+        const HashedHostName hashed = parseHashedHostName(hostsField);
+        if (hashed.isValid())
+            m_hashed.push_back(hashedRecord(position, hashed));
+        return;
+    }
+    if (!isLiteralList(hostsField)) {
+        m_patterned.push_back({ position, hostsField.toString() });
+        return;
+    }
+    for (const QStringView host : hostsField.tokenize(u',', Qt::SkipEmptyParts))
+        m_plain.insert(asciiLowered(host), position);
+}
+
+QList<qsizetype> KnownHostNameIndex::recordsFor(QStringView name) const
+{
+    QList<qsizetype> found = m_plain.values(asciiLowered(name));
+    for (const PatternRecord& record : m_patterned) {
+        if (knownHostsFieldMatches(record.hostsField, name))
+            found.append(record.position);
+    }
+    const QByteArray nameBytes = name.toUtf8();
+    QCryptographicHash sha1(QCryptographicHash::Sha1);
+    for (const HashedRecord& record : m_hashed) {
+        if (matches(record, nameBytes, sha1))
+            found.append(record.position);
+    }
+    std::sort(found.begin(), found.end());
+    found.erase(std::unique(found.begin(), found.end()), found.end());
+    return found;
+}
+
+KnownHostNameIndex::HashedRecord KnownHostNameIndex::hashedRecord(qsizetype position, const HashedHostName& name)
+{
+    constexpr qsizetype blockSize = 64;
+    // A key longer than the block is hashed first; ssh's salts are 20 bytes, but the file may say otherwise.
+    const QByteArray key
+        = name.salt.size() > blockSize ? QCryptographicHash::hash(name.salt, QCryptographicHash::Sha1) : name.salt;
+    HashedRecord record { position, {}, {}, name.hash };
+    for (qsizetype i = 0; i < blockSize; ++i) {
+        const char keyByte = i < key.size() ? key.at(i) : '\0';
+        record.innerPad[size_t(i)] = char(keyByte ^ 0x36);
+        record.outerPad[size_t(i)] = char(keyByte ^ 0x5c);
+    }
+    return record;
+}
+
+bool KnownHostNameIndex::matches(const HashedRecord& record, QByteArrayView nameUtf8, QCryptographicHash& sha1)
+{
+    sha1.reset();
+    sha1.addData(QByteArrayView(record.innerPad.data(), qsizetype(record.innerPad.size())));
+    sha1.addData(nameUtf8);
+    const QByteArray inner = sha1.result();
+    sha1.reset();
+    sha1.addData(QByteArrayView(record.outerPad.data(), qsizetype(record.outerPad.size())));
+    sha1.addData(inner);
+    return sha1.resultView() == record.hash;
+}

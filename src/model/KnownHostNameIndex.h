@@ -1,0 +1,54 @@
+#pragma once
+
+#include "KnownHostNameMatch.h"
+#include "KnownHostsDocument.h"
+
+#include <QCryptographicHash>
+#include <QHash>
+#include <QList>
+#include <QString>
+
+#include <array>
+#include <vector>
+
+/// Which entries of a known_hosts document ssh would use for a looked-up name (see KnownHostNameMatch.h),
+/// built once per document so that a lookup does not read every line again. Commented-out entries are
+/// comments to ssh and are never found.
+///
+/// Plain names go into a hash table; lines with wildcards or negations are tried one by one; hashed names
+/// keep their decoded salt and hash, and a lookup computes one HMAC for each of them. The index holds
+/// record positions: it is only valid for the document it was built from, unchanged.
+class KnownHostNameIndex
+{
+public:
+    KnownHostNameIndex() = default;
+    explicit KnownHostNameIndex(const KnownHostsDocument& document);
+
+    /// The positions of the records whose entries ssh would use for name, in ascending order.
+    QList<qsizetype> recordsFor(QStringView name) const;
+
+private:
+    // HMAC-SHA1 with the salt as key, its two padded keys worked out once when the index is built
+    // (RFC 2104), so a lookup hashes the name without setting up a keyed hash per entry.
+    struct HashedRecord
+    {
+        qsizetype position;
+        std::array<char, 64> innerPad;
+        std::array<char, 64> outerPad;
+        QByteArray hash;
+    };
+
+    static HashedRecord hashedRecord(qsizetype position, const HashedHostName& name);
+    static bool matches(const HashedRecord& record, QByteArrayView nameUtf8, QCryptographicHash& sha1);
+    struct PatternRecord
+    {
+        qsizetype position;
+        QString hostsField;
+    };
+
+    void add(qsizetype position, QStringView hostsField);
+
+    QMultiHash<QString, qsizetype> m_plain;
+    std::vector<PatternRecord> m_patterned;
+    std::vector<HashedRecord> m_hashed;
+};
