@@ -13,21 +13,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-QString asciiLowered(QStringView text)
-{
-    QString lowered = text.toString();
-    for (QChar& c : lowered) {
-        if (c >= u'A' && c <= u'Z')
-            c = QChar(c.unicode() - u'A' + u'a');
-    }
-    return lowered;
-}
-
-bool isLiteralList(QStringView hostsField)
-{
-    return !hostsField.contains(u'*') && !hostsField.contains(u'?') && !hostsField.contains(u'!');
-}
-
 // The lookup names (keys of byName) that an active entry with hostsField matches.
 QList<QString> namesMatchedBy(QStringView hostsField, const QHash<QString, QList<QUuid>>& byName)
 {
@@ -39,7 +24,7 @@ QList<QString> namesMatchedBy(QStringView hostsField, const QHash<QString, QList
             if (hashedHostNameMatches(hashed, it.key().toUtf8()))
                 matched.append(it.key());
         }
-    } else if (isLiteralList(hostsField)) {
+    } else if (isLiteralHostsField(hostsField)) {
         for (const QStringView host : hostsField.tokenize(u',', Qt::SkipEmptyParts)) {
             const QString lowered = asciiLowered(host.trimmed());
             if (byName.contains(lowered))

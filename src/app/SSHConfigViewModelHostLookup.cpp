@@ -8,17 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-QString asciiLowered(QStringView text)
+namespace
 {
-    QString lowered = text.toString();
-    for (QChar& c : lowered) {
-        if (c >= u'A' && c <= u'Z')
-            c = QChar(c.unicode() - u'A' + u'a');
-    }
-    return lowered;
-}
 
 QString foundSentence(qsizetype count, const QString& name)
 {
@@ -42,7 +33,8 @@ void SSHConfigViewModel::connectHostLookup()
         // The entry a pasted warning pointed at has a new id now, if it is still there at all.
         dismissHostKeyChange();
         if (m_knownHostLookup)
-            setKnownHostLookup(KnownHostLookup{m_knownHostLookup->name, knownHostEntryIDsForName(m_knownHostLookup->name)});
+            setKnownHostLookup(
+                KnownHostLookup { m_knownHostLookup->name, knownHostEntryIDsForName(m_knownHostLookup->name) });
     });
 }
 
@@ -53,7 +45,7 @@ std::optional<QString> SSHConfigViewModel::knownHostLookupNameForText(QStringVie
     const QString text = hostText.trimmed().toString();
     if (text.isEmpty() || text.contains(u' '))
         return std::nullopt;
-    for (const QRegularExpression* form : {&bracketed, &hostColonPort}) {
+    for (const QRegularExpression* form : { &bracketed, &hostColonPort }) {
         const QRegularExpressionMatch match = form->match(text);
         if (match.hasMatch())
             return knownHostLookupName(asciiLowered(match.captured(1)), match.captured(2));
@@ -107,7 +99,7 @@ void SSHConfigViewModel::findKnownHostEntriesForHost(const QString& hostText)
 void SSHConfigViewModel::showKnownHostLookup(const QString& lookupName)
 {
     const QList<QUuid> ids = knownHostEntryIDsForName(lookupName);
-    setKnownHostLookup(KnownHostLookup{lookupName, ids});
+    setKnownHostLookup(KnownHostLookup { lookupName, ids });
     if (!ids.isEmpty())
         setSelectedKnownHostEntryID(ids.constFirst());
     setStatusMessage(foundSentence(ids.size(), lookupName));

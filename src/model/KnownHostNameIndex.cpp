@@ -1,27 +1,8 @@
 #include "KnownHostNameIndex.h"
 
+#include "KnownHostNameMatch.h"
+
 #include <algorithm>
-
-namespace
-{
-
-// Lower-cases ASCII letters only, as ssh does for host names.
-QString asciiLowered(QStringView text)
-{
-    QString lowered = text.toString();
-    for (QChar& c : lowered) {
-        if (c >= u'A' && c <= u'Z')
-            c = QChar(c.unicode() - u'A' + u'a');
-    }
-    return lowered;
-}
-
-bool isLiteralList(QStringView hostsField)
-{
-    return !hostsField.contains(u'*') && !hostsField.contains(u'?') && !hostsField.contains(u'!');
-}
-
-} // namespace
 
 KnownHostNameIndex::KnownHostNameIndex(const KnownHostsDocument& document)
 {
@@ -41,7 +22,7 @@ void KnownHostNameIndex::add(qsizetype position, QStringView hostsField)
             m_hashed.push_back(hashedRecord(position, hashed));
         return;
     }
-    if (!isLiteralList(hostsField)) {
+    if (!isLiteralHostsField(hostsField)) {
         m_patterned.push_back({ position, hostsField.toString() });
         return;
     }

@@ -5,7 +5,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 char16_t asciiLower(char16_t c)
 {
@@ -24,7 +25,7 @@ bool globMatches(QStringView pattern, QStringView name)
             starAt = p++;
             starName = n;
         } else if (p < pattern.size()
-                   && (pattern.at(p) == u'?' || asciiLower(pattern.at(p).unicode()) == asciiLower(name.at(n).unicode()))) {
+            && (pattern.at(p) == u'?' || asciiLower(pattern.at(p).unicode()) == asciiLower(name.at(n).unicode()))) {
             ++p;
             ++n;
         } else if (starAt >= 0) {
@@ -41,12 +42,25 @@ bool globMatches(QStringView pattern, QStringView name)
 
 QByteArray strictBase64(QStringView text)
 {
-    const QByteArray::FromBase64Result decoded =
-        QByteArray::fromBase64Encoding(text.toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
+    const QByteArray::FromBase64Result decoded
+        = QByteArray::fromBase64Encoding(text.toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
     return decoded ? decoded.decoded : QByteArray();
 }
 
 } // namespace
+
+QString asciiLowered(QStringView text)
+{
+    QString lowered = text.toString();
+    for (QChar& c : lowered)
+        c = asciiLower(c.unicode());
+    return lowered;
+}
+
+bool isLiteralHostsField(QStringView hostsField)
+{
+    return !hostsField.contains(u'*') && !hostsField.contains(u'?') && !hostsField.contains(u'!');
+}
 
 QString knownHostLookupName(QStringView host, QStringView port)
 {
@@ -84,7 +98,7 @@ HashedHostName parseHashedHostName(QStringView text)
     const qsizetype separator = rest.indexOf(u'|');
     if (separator <= 0)
         return {};
-    HashedHostName hashed{strictBase64(rest.first(separator)), strictBase64(rest.sliced(separator + 1))};
+    HashedHostName hashed { strictBase64(rest.first(separator)), strictBase64(rest.sliced(separator + 1)) };
     // ssh compares the whole base64 text, so a salt or hash of another length can never match.
     if (hashed.salt.size() != 20 || hashed.hash.size() != 20)
         return {};

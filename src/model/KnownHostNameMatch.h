@@ -10,6 +10,12 @@
 /// The name ssh looks up for host and port: "[host]:port" when port is given and is not "22", else host.
 QString knownHostLookupName(QStringView host, QStringView port = {});
 
+/// text with ASCII letters lower-cased, as ssh compares host names; other letters stay as they are.
+QString asciiLowered(QStringView text);
+
+/// True when a hosts field holds plain names only: no "*", "?" or "!".
+bool isLiteralHostsField(QStringView hostsField);
+
 /// ssh's wildcard match of one pattern ("*" any run of characters, "?" one character), ignoring the case of
 /// ASCII letters as ssh does for host names.
 bool knownHostPatternMatches(QStringView pattern, QStringView name);

@@ -47,15 +47,6 @@ QString expandHostName(QStringView hostName, const QString& typedName)
     return expanded;
 }
 
-QString asciiLowered(QString text)
-{
-    for (QChar& c : text) {
-        if (c >= u'A' && c <= u'Z')
-            c = QChar(c.unicode() - u'A' + u'a');
-    }
-    return text;
-}
-
 bool isPortNumber(const QString& text)
 {
     return !text.isEmpty() && std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.isDigit(); });

@@ -1,5 +1,6 @@
 #include "SshConfigReach.h"
 
+#include "KnownHostNameMatch.h"
 #include "OpenSSHLineWords.h"
 
 #include <QStringView>
@@ -7,37 +8,6 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-// ssh's own pattern language: "*" for any run of characters, "?" for one, nothing else special.
-// Backtracks only to the last "*", so a pattern full of stars costs no more than its length times the
-// name's.
-bool globMatches(QStringView pattern, QStringView name)
-{
-    qsizetype p = 0;
-    qsizetype n = 0;
-    qsizetype star = -1;
-    qsizetype starName = 0;
-    while (n < name.size()) {
-        if (p < pattern.size() && pattern.at(p) == u'*') {
-            star = p++;
-            starName = n;
-        } else if (p < pattern.size() && (pattern.at(p) == u'?' || pattern.at(p).toLower() == name.at(n).toLower())) {
-            ++p;
-            ++n;
-        } else if (star >= 0) {
-            p = star + 1;
-            n = ++starName;
-        } else {
-            return false;
-        }
-    }
-    while (p < pattern.size() && pattern.at(p) == u'*')
-        ++p;
-    return p == pattern.size();
-}
-} // namespace
 
 SshConfigReach::SshConfigReach(const QString& text)
 {
@@ -107,6 +77,6 @@ bool SshConfigReach::mayMatch(const QStringList& patterns, const QString& name)
 {
     return std::any_of(patterns.cbegin(), patterns.cend(), [&](const QString& pattern) {
         // A list in one word is not a list to ssh today; should a version read it as one, it still counts.
-        return pattern.startsWith(u'!') || pattern.contains(u',') || globMatches(pattern, name);
+        return pattern.startsWith(u'!') || pattern.contains(u',') || knownHostPatternMatches(pattern, name);
     });
 }
