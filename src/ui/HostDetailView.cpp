@@ -5,6 +5,7 @@
 #include "HostDetailRules.h"
 #include "HostKnownHostsLinkView.h"
 #include "SSHConfigViewModel.h"
+#include "TextStyle.h"
 
 #include <QCheckBox>
 #include <QFrame>
@@ -163,9 +164,7 @@ QWidget* HostDetailView::makeCommonOptionRow(const QString& key, const QString& 
 
     auto* caption = new QLabel(key, row);
     caption->setObjectName(u"optionCaption_"_s + key);
-    QFont captionFont = caption->font();
-    captionFont.setPointSizeF(captionFont.pointSizeF() * 0.85);
-    caption->setFont(captionFont);
+    applyTextStyle(caption, TextStyle::caption);
     caption->setForegroundRole(QPalette::PlaceholderText);
     caption->setContentsMargins(10, 0, 0, 0);
 

@@ -1,6 +1,7 @@
 #include "HostRowDelegate.h"
 
 #include "HostListModel.h"
+#include "TextStyle.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -38,10 +39,7 @@ QFont HostRowDelegate::titleFont(const QFont& base)
 
 QFont HostRowDelegate::groupsFont(const QFont& base)
 {
-    QFont font = base;
-    if (font.pointSizeF() > 0)
-        font.setPointSizeF(font.pointSizeF() * 0.85);
-    return font;
+    return textStyleFont(TextStyle::caption, base);
 }
 
 // A host without groups takes one line; the groups line below the title only when there are groups.

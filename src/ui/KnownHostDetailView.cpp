@@ -161,7 +161,7 @@ QWidget* KnownHostDetailView::buildButtonRow()
     QPushButton* remove = actionButton(row, u"knownHostRemoveButton"_s, u"Remove"_s);
     // A destructive action reads in red, as the desktop shows such buttons elsewhere.
     QPalette removePalette = remove->palette();
-    removePalette.setColor(QPalette::ButtonText, QColor(0xD0, 0x2B, 0x2B));
+    removePalette.setColor(QPalette::ButtonText, errorRed());
     remove->setPalette(removePalette);
     setAccessibleText(*connectButton, u"Connect"_s, u"Start ssh naar de host van deze entry in je terminal."_s);
     // The name follows the button's text (Comment Out or Uncomment) by itself.

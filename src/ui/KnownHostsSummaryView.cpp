@@ -19,9 +19,7 @@ KnownHostsSummaryView::KnownHostsSummaryView(SSHConfigViewModel& viewModel, QWid
     heading->setObjectName(u"knownHostsHeading"_s);
     applyTextStyle(heading, TextStyle::headline);
     m_entries->setObjectName(u"knownHostsEntriesLabel"_s);
-    QFont subheadline = m_entries->font();
-    subheadline.setPointSizeF(subheadline.pointSizeF() * 0.95);
-    m_entries->setFont(subheadline);
+    applyTextStyle(m_entries, TextStyle::subheadline);
     auto* hint = new QLabel(
         u"Gebruik de tab rechts om te zoeken, markeren, verbinden of een SSH-config entry aan te maken."_s, this);
     hint->setObjectName(u"knownHostsHint"_s);

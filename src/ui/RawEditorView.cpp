@@ -3,6 +3,7 @@
 #include "AccessibleText.h"
 #include "RoundedOutlineFrame.h"
 #include "SSHConfigViewModel.h"
+#include "TextStyle.h"
 
 #include <QAction>
 #include <QFontDatabase>
@@ -26,12 +27,6 @@ namespace {
 // The tallest the "Validatie" list grows before it scrolls.
 constexpr int maximumErrorListHeight = 120;
 
-QFont footnoteFont(const QFont& base)
-{
-    QFont font = base;
-    font.setPointSizeF(base.pointSizeF() * 0.85);
-    return font;
-}
 
 } // namespace
 
@@ -102,7 +97,7 @@ QWidget* RawEditorView::makeSyntaxHelp()
     for (const QString& line : lines) {
         auto* label = new QLabel(line, box);
         label->setTextFormat(Qt::PlainText);
-        label->setFont(footnoteFont(font()));
+        label->setFont(textStyleFont(TextStyle::caption, font()));
         label->setForegroundRole(QPalette::PlaceholderText);
         layout->addWidget(label);
     }
@@ -145,9 +140,9 @@ QGroupBox* RawEditorView::makeValidationBox()
     m_errorList->setSelectionMode(QAbstractItemView::NoSelection);
     m_errorList->setFocusPolicy(Qt::NoFocus);
     m_errorList->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    m_errorList->setFont(footnoteFont(font()));
+    m_errorList->setFont(textStyleFont(TextStyle::caption, font()));
     QPalette red = m_errorList->palette();
-    red.setColor(QPalette::Text, QColor(0xd7, 0x26, 0x1e));
+    red.setColor(QPalette::Text, errorRed());
     red.setColor(QPalette::Base, Qt::transparent);
     m_errorList->setPalette(red);
     layout->addWidget(m_errorList);

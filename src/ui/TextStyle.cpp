@@ -3,27 +3,39 @@
 #include <QPalette>
 #include <QWidget>
 
+namespace
+{
+qreal sizeFactor(TextStyle style)
+{
+    switch (style) {
+    case TextStyle::headline:
+        return 1.0;
+    case TextStyle::subheadline:
+        return 0.95;
+    case TextStyle::footnote:
+        return 0.9;
+    case TextStyle::caption:
+        return 0.85;
+    case TextStyle::caption2:
+        return 0.78;
+    }
+    return 1.0;
+}
+} // namespace
+
 QFont textStyleFont(TextStyle style, const QFont& base)
 {
     QFont font = base;
-    const qreal body = font.pointSizeF() > 0 ? font.pointSizeF() : 10.0;
-    switch (style) {
-    case TextStyle::headline:
+    if (style == TextStyle::headline)
         font.setBold(true);
-        break;
-    case TextStyle::subheadline:
-        font.setPointSizeF(body * 0.95);
-        break;
-    case TextStyle::footnote:
-        font.setPointSizeF(body * 0.9);
-        break;
-    case TextStyle::caption:
-        font.setPointSizeF(body * 0.85);
-        break;
-    case TextStyle::caption2:
-        font.setPointSizeF(body * 0.78);
-        break;
-    }
+    const qreal factor = sizeFactor(style);
+    if (factor == 1.0)
+        return font;
+    // A font given in pixels (some platform themes do that) is scaled in pixels.
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * factor);
+    else if (font.pixelSize() > 0)
+        font.setPixelSize(qMax(1, qRound(font.pixelSize() * factor)));
     return font;
 }
 
@@ -46,7 +58,7 @@ QColor secondaryTextColor(const QPalette& palette)
 void makeWarningText(QWidget* widget)
 {
     QPalette palette = widget->palette();
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text})
+    for (const QPalette::ColorRole role : { QPalette::WindowText, QPalette::Text })
         palette.setColor(role, warningOrange());
     widget->setPalette(palette);
 }
@@ -56,10 +68,15 @@ QColor warningOrange()
     return QColor(255, 149, 0);
 }
 
+QColor errorRed()
+{
+    return QColor(0xd7, 0x26, 0x1e);
+}
+
 QColor messageBarColor(const QColor& accent, const QColor& window)
 {
     constexpr double share = 0.2;
     return QColor::fromRgbF(static_cast<float>(window.redF() * (1 - share) + accent.redF() * share),
-                            static_cast<float>(window.greenF() * (1 - share) + accent.greenF() * share),
-                            static_cast<float>(window.blueF() * (1 - share) + accent.blueF() * share));
+        static_cast<float>(window.greenF() * (1 - share) + accent.greenF() * share),
+        static_cast<float>(window.blueF() * (1 - share) + accent.blueF() * share));
 }

@@ -7,13 +7,12 @@
 class QWidget;
 
 /// The few text styles the windows use, named after the roles of a desktop type ramp.
-enum class TextStyle
-{
-    headline,    // bold body text: titles inside a pane
+enum class TextStyle {
+    headline, // bold body text: titles inside a pane
     subheadline, // slightly smaller body text
-    footnote,    // small text: the status line
-    caption,     // smaller text: hints and secondary lines
-    caption2,    // smallest text: badges
+    footnote, // small text: the status line
+    caption, // smaller text: hints and secondary lines
+    caption2, // smallest text: badges
 };
 
 /// The font of style, derived from base (the widget's or the view item's font).
@@ -33,6 +32,9 @@ void makeWarningText(QWidget* widget);
 
 /// The orange of warnings ("Unsaved changes", parse-error counts).
 QColor warningOrange();
+
+/// The red of errors and destructive actions (parse errors, Remove).
+QColor errorRed();
 
 /// The background of a message bar: a light tint of accent over window, so the bar reads in light and
 /// dark themes alike.
