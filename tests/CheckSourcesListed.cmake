@@ -1,0 +1,42 @@
+# Every source file is named in its folder's CMakeLists.txt. The lists are written out by hand, so a new
+# file that is not added would otherwise go unbuilt, or a new test unrun, without a word.
+# Run with -DSOURCE_DIR=<the project's source directory>.
+
+set(missing "")
+function(check_listed folder patterns list_file)
+    file(READ ${SOURCE_DIR}/${list_file} listing)
+    get_filename_component(list_dir ${SOURCE_DIR}/${list_file} DIRECTORY)
+    foreach(pattern IN LISTS patterns)
+        file(GLOB files RELATIVE ${list_dir} ${SOURCE_DIR}/${folder}/${pattern})
+        foreach(file IN LISTS files)
+            get_filename_component(extension ${file} LAST_EXT)
+            # Tests, benchmarks and fuzzers are listed by name, sources by path.
+            if(extension STREQUAL ".cpp" AND list_file MATCHES "^(tests|bench|fuzz)/" AND NOT file MATCHES "^support/")
+                get_filename_component(file ${file} NAME_WE)
+            endif()
+            string(FIND "${listing}" "${file}" position)
+            if(position EQUAL -1)
+                list(APPEND missing "${file} (${list_file})")
+            endif()
+        endforeach()
+    endforeach()
+    set(missing ${missing} PARENT_SCOPE)
+endfunction()
+
+check_listed(src/model "*.cpp;*.h" src/CMakeLists.txt)
+check_listed(src/services "*.cpp;*.h" src/CMakeLists.txt)
+check_listed(src/services/platform "*.cpp;*.h" src/CMakeLists.txt)
+check_listed(src/services/platform/mac "*.mm;*.h" src/CMakeLists.txt)
+check_listed(src/app "*.cpp;*.h" src/CMakeLists.txt)
+check_listed(src/ui "*.cpp;*.h;*.qrc" src/CMakeLists.txt)
+check_listed(tests/support "*.cpp;*.h" tests/CMakeLists.txt)
+foreach(folder model services app ui)
+    check_listed(tests/${folder} "test_*.cpp" tests/CMakeLists.txt)
+endforeach()
+check_listed(bench "bench_*.cpp" bench/CMakeLists.txt)
+check_listed(fuzz "fuzz_*.cpp" fuzz/CMakeLists.txt)
+
+if(missing)
+    list(JOIN missing "\n  " text)
+    message(FATAL_ERROR "Not named in any CMakeLists.txt:\n  ${text}")
+endif()
