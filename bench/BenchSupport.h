@@ -52,12 +52,18 @@ inline QByteArray realisticKnownHostsText(int entries)
         else if (i % 7 == 0)
             text += "[git" + n + ".example.com]:2222 ";
         else
-            text += "host" + n + ".example.com,10." + QByteArray::number(i % 250) + ".1." +
-                    QByteArray::number(i / 250 % 250) + " ";
+            text += "host" + n + ".example.com,10." + QByteArray::number(i % 250) + ".1."
+                + QByteArray::number(i / 250 % 250) + " ";
         switch (i % 5) {
-        case 0: text += "ssh-rsa AAAAB3NzaC1yc2E" + base64Text(random, 521); break;
-        case 1: text += "ecdsa-sha2-nistp256 AAAAE2VjZHNh" + base64Text(random, 128); break;
-        default: text += "ssh-ed25519 AAAAC3NzaC1lZDI1NTE5" + base64Text(random, 48); break;
+        case 0:
+            text += "ssh-rsa AAAAB3NzaC1yc2E" + base64Text(random, 521);
+            break;
+        case 1:
+            text += "ecdsa-sha2-nistp256 AAAAE2VjZHNh" + base64Text(random, 128);
+            break;
+        default:
+            text += "ssh-ed25519 AAAAC3NzaC1lZDI1NTE5" + base64Text(random, 48);
+            break;
         }
         text += i % 11 == 0 ? " admin@laptop\n" : "\n";
     }

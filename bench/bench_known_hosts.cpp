@@ -23,8 +23,7 @@ class RealisticKnownHosts
 public:
     explicit RealisticKnownHosts(quint32 seed)
         : m_random(seed)
-    {
-    }
+    { }
 
     QByteArray text(int lines)
     {
@@ -121,7 +120,7 @@ std::size_t heapInUse()
 
 long minorPageFaults()
 {
-    rusage usage{};
+    rusage usage {};
     getrusage(RUSAGE_SELF, &usage);
     return usage.ru_minflt;
 }
@@ -134,12 +133,11 @@ public:
     explicit PageFaultCounter(benchmark::State& state)
         : m_state(state)
         , m_start(minorPageFaults())
-    {
-    }
+    { }
     ~PageFaultCounter()
     {
-        m_state.counters["faults_per_pass"] =
-            static_cast<double>(minorPageFaults() - m_start) / static_cast<double>(m_state.iterations());
+        m_state.counters["faults_per_pass"]
+            = static_cast<double>(minorPageFaults() - m_start) / static_cast<double>(m_state.iterations());
     }
 
 private:
@@ -172,14 +170,14 @@ static void BM_Load(benchmark::State& state)
     const QByteArray& bytes = fileOfLines(static_cast<int>(state.range(0)));
     const PageFaultCounter faults(state);
     for (auto _ : state) {
-        const KnownHostsParseResult result = KnownHostsService{}.parse(QString::fromUtf8(bytes));
+        const KnownHostsParseResult result = KnownHostsService {}.parse(QString::fromUtf8(bytes));
         benchmark::DoNotOptimize(result.document.records().constData());
     }
     setThroughput(state, bytes);
 
     // The document shares the decoded text, so the text is counted too: it lives as long as the document.
     const std::size_t before = heapInUse();
-    const KnownHostsParseResult kept = KnownHostsService{}.parse(QString::fromUtf8(bytes));
+    const KnownHostsParseResult kept = KnownHostsService {}.parse(QString::fromUtf8(bytes));
     const std::size_t after = heapInUse();
     state.counters["heap_per_text_byte"] = static_cast<double>(after - before) / static_cast<double>(bytes.size());
 }
@@ -191,7 +189,7 @@ static void BM_Parse(benchmark::State& state)
     const QString text = QString::fromUtf8(bytes);
     const PageFaultCounter faults(state);
     for (auto _ : state) {
-        const KnownHostsParseResult result = KnownHostsService{}.parse(text);
+        const KnownHostsParseResult result = KnownHostsService {}.parse(text);
         benchmark::DoNotOptimize(result.document.records().constData());
     }
     setThroughput(state, bytes);
@@ -201,10 +199,10 @@ static void BM_Parse(benchmark::State& state)
 static void BM_Serialize(benchmark::State& state)
 {
     const QByteArray& bytes = fileOfLines(static_cast<int>(state.range(0)));
-    const KnownHostsDocument document = KnownHostsService{}.parse(QString::fromUtf8(bytes)).document;
+    const KnownHostsDocument document = KnownHostsService {}.parse(QString::fromUtf8(bytes)).document;
     const PageFaultCounter faults(state);
     for (auto _ : state) {
-        const QString text = KnownHostsService{}.serialize(document);
+        const QString text = KnownHostsService {}.serialize(document);
         benchmark::DoNotOptimize(text.constData());
     }
     setThroughput(state, bytes);
@@ -214,10 +212,10 @@ static void BM_Serialize(benchmark::State& state)
 static void BM_Save(benchmark::State& state)
 {
     const QByteArray& bytes = fileOfLines(static_cast<int>(state.range(0)));
-    const KnownHostsDocument document = KnownHostsService{}.parse(QString::fromUtf8(bytes)).document;
+    const KnownHostsDocument document = KnownHostsService {}.parse(QString::fromUtf8(bytes)).document;
     const PageFaultCounter faults(state);
     for (auto _ : state) {
-        const QByteArray out = KnownHostsService{}.serialize(document).toUtf8();
+        const QByteArray out = KnownHostsService {}.serialize(document).toUtf8();
         benchmark::DoNotOptimize(out.constData());
     }
     setThroughput(state, bytes);
@@ -246,8 +244,8 @@ int main(int argc, char** argv)
         // Grow the heap once to the largest document, so no benchmark pays for the first touch.
         const QString largest = QString::fromUtf8(fileOfLines(1'000'000));
         const QStringList lines = trimmedLines(largest);
-        const KnownHostsParseResult result = KnownHostsService{}.parse(largest);
-        benchmark::DoNotOptimize(KnownHostsService{}.serialize(result.document).constData());
+        const KnownHostsParseResult result = KnownHostsService {}.parse(largest);
+        benchmark::DoNotOptimize(KnownHostsService {}.serialize(result.document).constData());
     }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))

@@ -8,7 +8,6 @@
 
 #include <QApplication>
 
-#include <optional>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -16,6 +15,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QTemporaryDir>
+#include <optional>
 
 #include <benchmark/benchmark.h>
 
@@ -23,7 +23,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 /// The file, the view model and one known_hosts tab on screen; built once.
 struct Setup
@@ -85,8 +86,7 @@ Setup& setup()
     return *instance;
 }
 
-enum class Timed
-{
+enum class Timed {
     bothKeys,
     characterOnly,
 };
@@ -94,7 +94,7 @@ enum class Timed
 // Each iteration is one keystroke: the character after prefix, then Backspace, and so on. With
 // characterOnly, each iteration types the character and the Backspace runs outside the timing.
 void keystrokes(benchmark::State& state, const QString& prefix, Qt::Key key, const QString& character,
-                Timed timed = Timed::bothKeys)
+    Timed timed = Timed::bothKeys)
 {
     Setup& s = setup();
     s.search->setFocus();

@@ -17,21 +17,21 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 bool writeScaled(const QImage& master, int side, const QString& path)
 {
     if (!QDir().mkpath(QFileInfo(path).absolutePath()))
         return false;
-    const QImage image = side == master.width()
-        ? master
-        : master.scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage image
+        = side == master.width() ? master : master.scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return image.save(path, "PNG");
 }
 
 bool writeHicolor(const QImage& master, const QString& dir, const QString& name)
 {
-    for (int side : {16, 22, 24, 32, 48, 64, 128, 256, 512}) {
+    for (int side : { 16, 22, 24, 32, 48, 64, 128, 256, 512 }) {
         const QString size = QString::number(side);
         if (!writeScaled(master, side, dir + u'/' + size + u'x' + size + u"/apps/"_s + name + u".png"_s))
             return false;
@@ -41,7 +41,7 @@ bool writeHicolor(const QImage& master, const QString& dir, const QString& name)
 
 bool writeIconset(const QImage& master, const QString& dir)
 {
-    for (int side : {16, 32, 128, 256, 512}) {
+    for (int side : { 16, 32, 128, 256, 512 }) {
         const QString size = QString::number(side);
         const QString base = dir + u"/icon_"_s + size + u'x' + size;
         if (!writeScaled(master, side, base + u".png"_s))

@@ -61,7 +61,8 @@ bool firstHostReadsAsSomethingElse(const KnownHostsDocument& document)
         if (!entry || entry->marker())
             continue;
         const QStringView first = entry->firstHost();
-        if (knownHostMarkerFromRawValue(first.toString().toLower()) || (!entry->isCommentedOut() && first.startsWith(u'#')))
+        if (knownHostMarkerFromRawValue(first.toString().toLower())
+            || (!entry->isCommentedOut() && first.startsWith(u'#')))
             return true;
     }
     return false;

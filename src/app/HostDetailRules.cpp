@@ -4,7 +4,7 @@ using namespace Qt::StringLiterals;
 
 const QStringList& HostDetailRules::commonOptionKeys()
 {
-    static const QStringList keys{u"HostName"_s, u"User"_s, u"Port"_s, u"IdentityFile"_s};
+    static const QStringList keys { u"HostName"_s, u"User"_s, u"Port"_s, u"IdentityFile"_s };
     return keys;
 }
 

@@ -2,7 +2,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 bool isAsciiDigits(QStringView text)
 {
@@ -54,7 +55,7 @@ std::optional<BracketedHostPort> parseBracketedHostPort(QStringView text)
     const QStringView port = text.mid(close + 2).trimmed();
     if (host.isEmpty() || !isAsciiDigits(port))
         return std::nullopt;
-    return BracketedHostPort{host.toString(), port.toString()};
+    return BracketedHostPort { host.toString(), port.toString() };
 }
 
 std::optional<QString> chosenKnownHostField(const QStringList& hosts)

@@ -15,8 +15,7 @@ class IdRowIndex
 {
 public:
     /// The row whose id (as idAt(row) gives it) is id, or -1. rowCount is the model's current row count.
-    template <typename IdAt>
-    int rowOf(const QUuid& id, int rowCount, IdAt idAt) const
+    template<typename IdAt> int rowOf(const QUuid& id, int rowCount, IdAt idAt) const
     {
         if (!m_valid || m_removals + m_insertions > maximumRemovalsBeforeRebuild)
             rebuild(rowCount, idAt);
@@ -47,8 +46,7 @@ public:
 private:
     static constexpr int maximumRemovalsBeforeRebuild = 64;
 
-    template <typename IdAt>
-    void rebuild(int rowCount, IdAt idAt) const
+    template<typename IdAt> void rebuild(int rowCount, IdAt idAt) const
     {
         m_rows.clear();
         m_rows.reserve(rowCount);

@@ -2,7 +2,8 @@
 
 #include "ParallelRanges.h"
 
-namespace {
+namespace
+{
 
 // Beyond this many runs a reset costs the views less than announcing each run.
 constexpr qsizetype maximumRunsAnnouncedRowByRow = 32;

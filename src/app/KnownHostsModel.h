@@ -29,8 +29,7 @@ class KnownHostsModel : public QAbstractListModel
     Q_OBJECT
 
 public:
-    enum Role
-    {
+    enum Role {
         IdRole = Qt::UserRole + 1,
         HostsRole,
         FirstHostRole,

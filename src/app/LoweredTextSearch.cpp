@@ -6,7 +6,8 @@ using namespace Qt::StringLiterals;
 #include <emmintrin.h>
 #endif
 
-namespace {
+namespace
+{
 
 bool isAscii(QStringView text)
 {
@@ -74,12 +75,12 @@ ScanResult scan(QStringView text, QStringView query)
         const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i + offset));
         seen = _mm_or_si128(seen, _mm_and_si128(chunk, highBits));
         const __m128i hits = _mm_and_si128(_mm_cmpeq_epi16(_mm_or_si128(chunk, firstFold), firstWanted),
-                                           _mm_cmpeq_epi16(_mm_or_si128(next, secondFold), secondWanted));
+            _mm_cmpeq_epi16(_mm_or_si128(next, secondFold), secondWanted));
         auto mask = static_cast<unsigned>(_mm_movemask_epi8(hits));
         while (mask != 0) {
             const int bit = __builtin_ctz(mask);
             if (matchesAt(hay + i + bit / 2, needle, length))
-                return {true, false};
+                return { true, false };
             mask &= ~(3u << bit);
         }
     }
@@ -88,7 +89,7 @@ ScanResult scan(QStringView text, QStringView query)
     for (; i <= last; ++i) {
         result.sawNonAscii = result.sawNonAscii || hay[i] >= 0x80;
         if ((hay[i] | fold) == first && matchesAt(hay + i, needle, length))
-            return {true, false};
+            return { true, false };
     }
     for (qsizetype k = std::max<qsizetype>(i, 0); k < text.size() && !result.sawNonAscii; ++k)
         result.sawNonAscii = hay[k] >= 0x80;
@@ -97,7 +98,8 @@ ScanResult scan(QStringView text, QStringView query)
 
 } // namespace
 
-namespace LoweredTextSearch {
+namespace LoweredTextSearch
+{
 
 bool contains(QStringView text, QStringView loweredQuery)
 {

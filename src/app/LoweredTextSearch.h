@@ -7,7 +7,8 @@
 /// Substring tests for the search fields. The query must already be lower-cased; the text is tested
 /// as if lower-cased with QString::toLower(), but without allocating when the text is plain ASCII,
 /// which a keystroke over 100,000 known_hosts entries depends on.
-namespace LoweredTextSearch {
+namespace LoweredTextSearch
+{
 
 /// text.toLower().contains(loweredQuery); an empty query is contained in every text.
 bool contains(QStringView text, QStringView loweredQuery);

@@ -8,9 +8,8 @@
 using namespace Qt::StringLiterals;
 
 SSHConfigViewModel::SSHConfigViewModel(std::shared_ptr<SSHFileService> fileService,
-                                       std::shared_ptr<TerminalDiscovering> terminalDiscovery,
-                                       std::shared_ptr<TerminalLaunching> terminalLauncher,
-                                       std::shared_ptr<UserDefaultsStore> userDefaults, QObject* parent)
+    std::shared_ptr<TerminalDiscovering> terminalDiscovery, std::shared_ptr<TerminalLaunching> terminalLauncher,
+    std::shared_ptr<UserDefaultsStore> userDefaults, QObject* parent)
     : QObject(parent)
     , m_fileService(std::move(fileService))
     , m_terminalDiscovery(std::move(terminalDiscovery))
@@ -26,7 +25,7 @@ SSHConfigViewModel::SSHConfigViewModel(std::shared_ptr<SSHFileService> fileServi
     // What the first load brought is where the histories start, not a step to undo.
     m_configHistory = UndoHistory();
     m_knownHostsHistory = UndoHistory();
-    m_fileWatcher = new FileWatcher({m_fileService->configURL(), m_fileService->knownHostsURL()}, this);
+    m_fileWatcher = new FileWatcher({ m_fileService->configURL(), m_fileService->knownHostsURL() }, this);
     connect(m_fileWatcher, &FileWatcher::filesMayHaveChanged, this, &SSHConfigViewModel::checkFilesOnDisk);
     setUpSshCheck();
 }
@@ -111,7 +110,7 @@ void SSHConfigViewModel::setLastBackupPath(const QString& path)
 void SSHConfigViewModel::setSelectedTerminalBundleIdentifier(const QString& bundleIdentifier)
 {
     change(m_selectedTerminalBundleIdentifier, bundleIdentifier,
-           &SSHConfigViewModel::selectedTerminalBundleIdentifierChanged);
+        &SSHConfigViewModel::selectedTerminalBundleIdentifierChanged);
 }
 
 void SSHConfigViewModel::replaceDocument(const SSHConfigDocument& document)
@@ -124,8 +123,8 @@ void SSHConfigViewModel::replaceDocument(const SSHConfigDocument& document)
     Q_EMIT documentChanged();
 }
 
-void SSHConfigViewModel::replaceKnownHosts(const KnownHostsDocument& document,
-                                           const QList<KnownHostsParseError>& errors)
+void SSHConfigViewModel::replaceKnownHosts(
+    const KnownHostsDocument& document, const QList<KnownHostsParseError>& errors)
 {
     if (!(m_knownHostsDocument == document)) {
         Q_EMIT knownHostsAboutToBeReset();
@@ -150,8 +149,7 @@ void SSHConfigViewModel::load()
     if (m_configUnreadable)
         status += u" Het bestand "_s + m_fileService->configURL() + u" is niet geladen en wordt niet opgeslagen."_s;
     if (m_knownHostsUnreadable)
-        status += u" Het bestand "_s + m_fileService->knownHostsURL()
-            + u" is niet geladen en wordt niet opgeslagen."_s;
+        status += u" Het bestand "_s + m_fileService->knownHostsURL() + u" is niet geladen en wordt niet opgeslagen."_s;
     setStatusMessage(status);
     // Right after a load, not after the pause edits get: the bar about an unchanged save belongs here.
     checkWhatSshWillDo();
@@ -196,7 +194,7 @@ void SSHConfigViewModel::adoptConfigText(const QString& text, const SelectionKee
 
 QString SSHConfigViewModel::loadKnownHosts()
 {
-    KnownHostsSide before{m_knownHostsDocument, m_knownHostsParseErrors};
+    KnownHostsSide before { m_knownHostsDocument, m_knownHostsParseErrors };
     const KnownHostsUndoView viewBefore = captureKnownHostsView();
     m_knownHostsOnDisk = FileSnapshot::take(m_fileService->knownHostsURL());
     setChangeNotice(SSHFile::knownHosts, {});

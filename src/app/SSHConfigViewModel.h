@@ -4,10 +4,10 @@
 #include "HostFieldRules.h"
 #include "KnownHostFingerprint.h"
 #include "KnownHostNameIndex.h"
-#include "SSHHostKeyWarning.h"
 #include "KnownHostsService.h"
 #include "SSHConfigParser.h"
 #include "SSHFileService.h"
+#include "SSHHostKeyWarning.h"
 #include "SshCheckResult.h"
 #include "TerminalApp.h"
 #include "TerminalDiscovering.h"
@@ -52,23 +52,21 @@ class SSHConfigViewModel : public QObject
     Q_PROPERTY(SSHConfigDocument document READ document NOTIFY documentChanged)
     Q_PROPERTY(QString rawText READ rawText WRITE setRawText NOTIFY rawTextChanged)
     Q_PROPERTY(QList<SSHParseError> parseErrors READ parseErrors NOTIFY parseErrorsChanged)
-    Q_PROPERTY(std::optional<QUuid> selectedHostID READ selectedHostID WRITE setSelectedHostID NOTIFY
-                   selectedHostIDChanged)
+    Q_PROPERTY(
+        std::optional<QUuid> selectedHostID READ selectedHostID WRITE setSelectedHostID NOTIFY selectedHostIDChanged)
     Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged)
     Q_PROPERTY(QString selectedGroup READ selectedGroup WRITE setSelectedGroup NOTIFY selectedGroupChanged)
     Q_PROPERTY(KnownHostsDocument knownHostsDocument READ knownHostsDocument NOTIFY knownHostsDocumentChanged)
     Q_PROPERTY(QList<KnownHostsParseError> knownHostsParseErrors READ knownHostsParseErrors NOTIFY
-                   knownHostsParseErrorsChanged)
+            knownHostsParseErrorsChanged)
     Q_PROPERTY(std::optional<QUuid> selectedKnownHostEntryID READ selectedKnownHostEntryID WRITE
-                   setSelectedKnownHostEntryID NOTIFY selectedKnownHostEntryIDChanged)
+            setSelectedKnownHostEntryID NOTIFY selectedKnownHostEntryIDChanged)
     Q_PROPERTY(QString knownHostsSearchText READ knownHostsSearchText WRITE setKnownHostsSearchText NOTIFY
-                   knownHostsSearchTextChanged)
-    Q_PROPERTY(QList<TerminalApp> availableTerminalApps READ availableTerminalApps NOTIFY
-                   availableTerminalAppsChanged)
+            knownHostsSearchTextChanged)
+    Q_PROPERTY(QList<TerminalApp> availableTerminalApps READ availableTerminalApps NOTIFY availableTerminalAppsChanged)
     Q_PROPERTY(QString selectedTerminalBundleIdentifier READ selectedTerminalBundleIdentifier NOTIFY
-                   selectedTerminalBundleIdentifierChanged)
-    Q_PROPERTY(EditorTab activeEditorTab READ activeEditorTab WRITE setActiveEditorTab NOTIFY
-                   activeEditorTabChanged)
+            selectedTerminalBundleIdentifierChanged)
+    Q_PROPERTY(EditorTab activeEditorTab READ activeEditorTab WRITE setActiveEditorTab NOTIFY activeEditorTabChanged)
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
     Q_PROPERTY(bool rawEditorDirty READ rawEditorDirty WRITE setRawEditorDirty NOTIFY rawEditorDirtyChanged)
     Q_PROPERTY(bool rawTextDirty READ rawTextDirty WRITE setRawTextDirty NOTIFY rawTextDirtyChanged)
@@ -82,29 +80,26 @@ class SSHConfigViewModel : public QObject
     Q_PROPERTY(bool configUnreadable READ configUnreadable NOTIFY configUnreadableChanged)
     Q_PROPERTY(bool knownHostsUnreadable READ knownHostsUnreadable NOTIFY knownHostsUnreadableChanged)
     Q_PROPERTY(FileChangeNotice configChangeNotice READ configChangeNotice NOTIFY configChangeNoticeChanged)
-    Q_PROPERTY(FileChangeNotice knownHostsChangeNotice READ knownHostsChangeNotice NOTIFY
-                   knownHostsChangeNoticeChanged)
+    Q_PROPERTY(FileChangeNotice knownHostsChangeNotice READ knownHostsChangeNotice NOTIFY knownHostsChangeNoticeChanged)
     Q_PROPERTY(QList<SshHostChange> configSshChanges READ configSshChanges NOTIFY configSshChangesChanged)
-    Q_PROPERTY(QList<SshHostChange> knownHostsSshChanges READ knownHostsSshChanges NOTIFY
-                   knownHostsSshChangesChanged)
+    Q_PROPERTY(QList<SshHostChange> knownHostsSshChanges READ knownHostsSshChanges NOTIFY knownHostsSshChangesChanged)
     Q_PROPERTY(bool sshCheckRunning READ sshCheckRunning NOTIFY sshCheckRunningChanged)
     Q_PROPERTY(int sshCheckProgress READ sshCheckProgress NOTIFY sshCheckProgressChanged)
     Q_PROPERTY(QString sshCheckProblem READ sshCheckProblem NOTIFY sshCheckProblemChanged)
     Q_PROPERTY(QString unchangedSaveWarning READ unchangedSaveWarning NOTIFY unchangedSaveWarningChanged)
     Q_PROPERTY(bool sshChangesShown READ sshChangesShown NOTIFY sshChangesShownChanged)
-    Q_PROPERTY(std::optional<KnownHostFingerprints> selectedKnownHostFingerprints READ
-                   selectedKnownHostFingerprints NOTIFY selectedKnownHostFingerprintsChanged)
+    Q_PROPERTY(std::optional<KnownHostFingerprints> selectedKnownHostFingerprints READ selectedKnownHostFingerprints
+            NOTIFY selectedKnownHostFingerprintsChanged)
     Q_PROPERTY(std::optional<KnownHostLookup> knownHostLookup READ knownHostLookup NOTIFY knownHostLookupChanged)
     Q_PROPERTY(std::optional<HostKeyChange> hostKeyChange READ hostKeyChange NOTIFY hostKeyChangeChanged)
     Q_PROPERTY(std::optional<HostKnownHostsLink> selectedHostKnownHostsLink READ selectedHostKnownHostsLink NOTIFY
-                   selectedHostKnownHostsLinkChanged)
+            selectedHostKnownHostsLinkChanged)
     Q_PROPERTY(QList<ConfigHostLink> selectedKnownHostConfigHosts READ selectedKnownHostConfigHosts NOTIFY
-                   selectedKnownHostConfigHostsChanged)
+            selectedKnownHostConfigHostsChanged)
 
 public:
     /// Which editor the main window shows.
-    enum class EditorTab
-    {
+    enum class EditorTab {
         structured,
         raw,
         knownHosts,
@@ -112,8 +107,7 @@ public:
     Q_ENUM(EditorTab)
 
     /// One of the two files the application edits.
-    enum class SSHFile
-    {
+    enum class SSHFile {
         config,
         knownHosts,
     };
@@ -122,8 +116,7 @@ public:
     /// What the bar above the editors says about a file that another program changed.
     struct FileChangeNotice
     {
-        enum class Kind
-        {
+        enum class Kind {
             /// Nothing to say: no bar.
             none,
             /// The file changed on disk while it has unsaved changes here: the user chooses between
@@ -207,9 +200,8 @@ public:
     /// Sets every property to its initial value, refreshes the terminal list and restores the
     /// stored terminal choice, then loads both files. No service may be null.
     SSHConfigViewModel(std::shared_ptr<SSHFileService> fileService,
-                       std::shared_ptr<TerminalDiscovering> terminalDiscovery,
-                       std::shared_ptr<TerminalLaunching> terminalLauncher,
-                       std::shared_ptr<UserDefaultsStore> userDefaults, QObject* parent = nullptr);
+        std::shared_ptr<TerminalDiscovering> terminalDiscovery, std::shared_ptr<TerminalLaunching> terminalLauncher,
+        std::shared_ptr<UserDefaultsStore> userDefaults, QObject* parent = nullptr);
     ~SSHConfigViewModel() override;
 
     // --- Published fields -------------------------------------------------------------------------
@@ -463,8 +455,8 @@ public:
     /// or a key that is not base64).
     static bool knownHostEntryMatchesFingerprint(const KnownHostEntry& entry, QStringView fingerprintQuery);
     /// What the known_hosts list shows: knownHostEntryMatches(), or else a fingerprint match.
-    static bool knownHostEntryMatchesSearch(const KnownHostEntry& entry, QStringView loweredQuery,
-                                            QStringView fingerprintQuery);
+    static bool knownHostEntryMatchesSearch(
+        const KnownHostEntry& entry, QStringView loweredQuery, QStringView fingerprintQuery);
     /// The detail pane put a fingerprint on the clipboard: says so in the status line.
     void reportFingerprintCopied();
 
@@ -598,8 +590,7 @@ Q_SIGNALS:
     void knownHostRecordsChanged(qsizetype first, qsizetype last, bool lineNumberOnly);
 
 private:
-    template <typename T>
-    bool change(T& field, const T& value, void (SSHConfigViewModel::*changed)())
+    template<typename T> bool change(T& field, const T& value, void (SSHConfigViewModel::*changed)())
     {
         if (field == value)
             return false;
@@ -652,17 +643,16 @@ private:
     ConfigUndoState captureConfigState() const;
     void restoreConfigState(const ConfigUndoState& state);
     void recordConfigStep(const QString& name, const QString& pastTense, const ConfigUndoState& before,
-                          const QString& mergeKey = QString());
+        const QString& mergeKey = QString());
     KnownHostsUndoView captureKnownHostsView() const;
     void restoreKnownHostsView(const KnownHostsUndoView& view);
     void recordKnownHostsRecordChange(const QString& name, const QString& pastTense, qsizetype position,
-                                      const std::optional<KnownHostsRecord>& before,
-                                      const std::optional<KnownHostsRecord>& after,
-                                      const KnownHostsUndoView& viewBefore);
-    void recordKnownHostsReplacement(const QString& name, const QString& pastTense, KnownHostsSide before,
-                                     const KnownHostsUndoView& viewBefore);
+        const std::optional<KnownHostsRecord>& before, const std::optional<KnownHostsRecord>& after,
+        const KnownHostsUndoView& viewBefore);
+    void recordKnownHostsReplacement(
+        const QString& name, const QString& pastTense, KnownHostsSide before, const KnownHostsUndoView& viewBefore);
     void putKnownHostsRecord(qsizetype position, const std::optional<KnownHostsRecord>& current,
-                             const std::optional<KnownHostsRecord>& wanted);
+        const std::optional<KnownHostsRecord>& wanted);
     void swapKnownHosts(KnownHostsSide& other);
     void pushStep(UndoHistory& history, UndoHistory::Step step);
     UndoHistory& activeHistory();
@@ -680,8 +670,8 @@ private:
     QString pathOf(SSHFile file) const;
     FileSnapshot& snapshotOf(SSHFile file);
     const KnownHostEntry* selectedEntry() const;
-    bool changeSelectedEntry(const std::function<void(KnownHostEntry&)>& edit, const QString& stepName,
-                             const QString& stepPastTense);
+    bool changeSelectedEntry(
+        const std::function<void(KnownHostEntry&)>& edit, const QString& stepName, const QString& stepPastTense);
     void openSeedInConfig(const KnownHostSeed& seed);
     QString writeConfigText(const QString& text, const QString& prefixOnSuccess);
     void setUpSshCheck();

@@ -8,7 +8,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 std::optional<QString> connectTargetRefusal(const SSHConfigViewModel::ConnectTarget& target)
 {
@@ -39,10 +40,10 @@ std::optional<SSHConfigViewModel::ConnectTarget> SSHConfigViewModel::connectTarg
     if (!field)
         return std::nullopt;
     if (const std::optional<BracketedHostPort> hostPort = ::parseBracketedHostPort(*field))
-        return ConnectTarget{hostPort->host, hostPort->port};
+        return ConnectTarget { hostPort->host, hostPort->port };
     const qsizetype at = field->indexOf(u'@');
     if (at < 0 || !::parseBracketedHostPort(QStringView(*field).mid(at + 1)))
-        return ConnectTarget{*field, std::nullopt};
+        return ConnectTarget { *field, std::nullopt };
     // "user@[host]:port": which command that should give is not settled, so it is not connected to.
     return std::nullopt;
 }
@@ -94,7 +95,7 @@ void SSHConfigViewModel::connectSelectedKnownHostEntry()
     }
     if (target->port) {
         launchInTerminal(u"ssh -p "_s + shellQuoted(*target->port) + u' ' + shellQuoted(target->host),
-                         target->host + u':' + *target->port);
+            target->host + u':' + *target->port);
     } else {
         launchInTerminal(u"ssh "_s + shellQuoted(target->host), target->host);
     }
@@ -115,7 +116,8 @@ void SSHConfigViewModel::launchInTerminal(const QString& command, const QString&
         return;
     }
     if (onClipboard)
-        setStatusMessage(app->displayName() + u" geopend; ssh-commando staat op klembord. Plak met Cmd+V en druk Enter."_s);
+        setStatusMessage(
+            app->displayName() + u" geopend; ssh-commando staat op klembord. Plak met Cmd+V en druk Enter."_s);
     else
         setStatusMessage(u"Verbinding gestart in "_s + app->displayName() + u": "_s + target);
 }

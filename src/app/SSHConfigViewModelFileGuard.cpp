@@ -46,8 +46,8 @@ void SSHConfigViewModel::setChangeNotice(SSHFile file, FileChangeNotice notice)
 bool SSHConfigViewModel::refuseConfigSave(bool writesTypedText)
 {
     if (m_configUnreadable && !writesTypedText) {
-        setStatusMessage(u"Niet opgeslagen: "_s + m_fileService->configURL()
-                         + u" kon niet gelezen worden en is niet gewijzigd."_s);
+        setStatusMessage(
+            u"Niet opgeslagen: "_s + m_fileService->configURL() + u" kon niet gelezen worden en is niet gewijzigd."_s);
         return true;
     }
     return refuseChangedOnDisk(SSHFile::config);
@@ -57,7 +57,7 @@ bool SSHConfigViewModel::refuseKnownHostsSave()
 {
     if (m_knownHostsUnreadable) {
         setStatusMessage(u"Niet opgeslagen: "_s + m_fileService->knownHostsURL()
-                         + u" kon niet gelezen worden en is niet gewijzigd."_s);
+            + u" kon niet gelezen worden en is niet gewijzigd."_s);
         return true;
     }
     return refuseChangedOnDisk(SSHFile::knownHosts);
@@ -70,16 +70,17 @@ bool SSHConfigViewModel::refuseChangedOnDisk(SSHFile file)
     if (snapshotOf(file).sameContent(FileSnapshot::take(path)))
         return false;
     raiseConflict(file);
-    setStatusMessage(u"Niet opgeslagen: "_s + path
-                     + u" is buiten Tarnwick gewijzigd. Kies Herladen of Mijn versie bewaren."_s);
+    setStatusMessage(
+        u"Niet opgeslagen: "_s + path + u" is buiten Tarnwick gewijzigd. Kies Herladen of Mijn versie bewaren."_s);
     return true;
 }
 
 void SSHConfigViewModel::raiseConflict(SSHFile file)
 {
-    setChangeNotice(file, {NoticeKind::conflict,
-                           u"Het bestand "_s + pathOf(file)
-                               + u" is buiten Tarnwick gewijzigd terwijl je niet-opgeslagen wijzigingen hebt."_s});
+    setChangeNotice(file,
+        { NoticeKind::conflict,
+            u"Het bestand "_s + pathOf(file)
+                + u" is buiten Tarnwick gewijzigd terwijl je niet-opgeslagen wijzigingen hebt."_s });
 }
 
 void SSHConfigViewModel::rememberSavedFile(SSHFile file, const QString& text)
@@ -98,7 +99,7 @@ void SSHConfigViewModel::rememberSavedFile(SSHFile file, const QString& text)
 
 void SSHConfigViewModel::checkFilesOnDisk()
 {
-    for (const SSHFile file : {SSHFile::config, SSHFile::knownHosts}) {
+    for (const SSHFile file : { SSHFile::config, SSHFile::knownHosts }) {
         if (snapshotOf(file).stillMatches(pathOf(file))) {
             // Changed back to what was loaded: nothing is left to choose.
             if ((file == SSHFile::config ? m_configChangeNotice : m_knownHostsChangeNotice).kind
@@ -126,7 +127,7 @@ void SSHConfigViewModel::reloadQuietly(SSHFile file)
     const QString path = pathOf(file);
     const FileSnapshot onDisk = FileSnapshot::take(path);
     const ConfigUndoState configBefore = captureConfigState();
-    KnownHostsSide knownHostsBefore{m_knownHostsDocument, m_knownHostsParseErrors};
+    KnownHostsSide knownHostsBefore { m_knownHostsDocument, m_knownHostsParseErrors };
     const KnownHostsUndoView knownHostsViewBefore = captureKnownHostsView();
     try {
         if (file == SSHFile::config) {
@@ -164,7 +165,7 @@ void SSHConfigViewModel::reloadQuietly(SSHFile file)
         else
             change(m_knownHostsUnreadable, true, &SSHConfigViewModel::knownHostsUnreadableChanged);
         setStatusMessage(u"Het bestand "_s + path + u" is buiten Tarnwick gewijzigd en kon niet gelezen worden: "_s
-                         + error.description());
+            + error.description());
         return;
     }
     snapshotOf(file) = onDisk;
@@ -173,7 +174,7 @@ void SSHConfigViewModel::reloadQuietly(SSHFile file)
         m_configHistory.markSaved();
     } else {
         recordKnownHostsReplacement(u"Extern gewijzigd bestand laden"_s, u"Extern gewijzigd bestand geladen"_s,
-                                    std::move(knownHostsBefore), knownHostsViewBefore);
+            std::move(knownHostsBefore), knownHostsViewBefore);
         m_knownHostsHistory.markSaved();
     }
     setChangeNotice(file, {});
@@ -202,7 +203,7 @@ bool SSHConfigViewModel::mergeAppendedKnownHosts()
     if (!oldEndedLine && bytes.at(oldSize) != '\n')
         return false;
 
-    KnownHostsSide before{m_knownHostsDocument, m_knownHostsParseErrors};
+    KnownHostsSide before { m_knownHostsDocument, m_knownHostsParseErrors };
     const KnownHostsUndoView viewBefore = captureKnownHostsView();
     const KnownHostsParseResult appended = m_knownHostsService.parse(QString::fromUtf8(bytes.sliced(oldSize)));
     // Errors name lines of the file on disk; entries are renumbered by position like after every edit.
@@ -217,9 +218,8 @@ bool SSHConfigViewModel::mergeAppendedKnownHosts()
     } else if (!added.isEmpty()) {
         added.removeFirst();
     }
-    const qsizetype addedLines = std::count_if(added.cbegin(), added.cend(), [](const KnownHostsRecord& record) {
-        return !record.kind().isBlank();
-    });
+    const qsizetype addedLines = std::count_if(
+        added.cbegin(), added.cend(), [](const KnownHostsRecord& record) { return !record.kind().isBlank(); });
     records.append(added);
     QList<KnownHostsParseError> errors = m_knownHostsParseErrors;
     for (const KnownHostsParseError& error : appended.errors)
@@ -228,14 +228,15 @@ bool SSHConfigViewModel::mergeAppendedKnownHosts()
     ensureValidKnownHostSelection();
     renumberKnownHostEntries();
     updateKnownHostsEntryCount();
-    recordKnownHostsReplacement(u"Toegevoegde regels opnemen"_s, u"Toegevoegde regels opgenomen"_s, std::move(before),
-                                viewBefore);
+    recordKnownHostsReplacement(
+        u"Toegevoegde regels opnemen"_s, u"Toegevoegde regels opgenomen"_s, std::move(before), viewBefore);
     m_knownHostsOnDisk = onDisk;
     noteTextOnDisk(SSHFile::knownHosts, QString::fromUtf8(bytes));
     setChangeNotice(SSHFile::knownHosts,
-                    {NoticeKind::merged, u"Aan "_s + path + u" zijn buiten Tarnwick "_s + countedLines(addedLines)
-                                             + u" toegevoegd (zoals ssh doet bij een nieuwe host); ze zijn opgenomen "
-                                               u"in je niet-opgeslagen wijzigingen."_s});
+        { NoticeKind::merged,
+            u"Aan "_s + path + u" zijn buiten Tarnwick "_s + countedLines(addedLines)
+                + u" toegevoegd (zoals ssh doet bij een nieuwe host); ze zijn opgenomen "
+                  u"in je niet-opgeslagen wijzigingen."_s });
     return true;
 }
 

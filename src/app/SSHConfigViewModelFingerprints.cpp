@@ -4,7 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 const QString sha256Prefix = u"SHA256:"_s;
 
@@ -33,8 +34,8 @@ void SSHConfigViewModel::updateSelectedKnownHostFingerprints()
     // The selected entry was just removed or reloaded; the selection repair that follows asks again.
     if (!entry && m_selectedKnownHostEntryID)
         return;
-    const std::optional<KnownHostFingerprints> fingerprints =
-        entry ? knownHostFingerprints(entry->key()) : std::nullopt;
+    const std::optional<KnownHostFingerprints> fingerprints
+        = entry ? knownHostFingerprints(entry->key()) : std::nullopt;
     change(m_selectedKnownHostFingerprints, fingerprints, &SSHConfigViewModel::selectedKnownHostFingerprintsChanged);
 }
 

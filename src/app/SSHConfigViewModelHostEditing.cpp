@@ -6,7 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 // A name under a domain reserved for documentation, so a new host never points at a real machine.
 const QString placeholderHostName = u"new-host.example.com"_s;
@@ -42,9 +43,9 @@ void SSHConfigViewModel::addHost()
     QStringList groups;
     if (m_selectedGroup != allGroupsFilter())
         groups.append(m_selectedGroup);
-    const SSHHost host({u"new-host"_s}, groups, true,
-                       {SSHHostItem::option(SSHOption(u"HostName"_s, placeholderHostName)),
-                        SSHHostItem::option(SSHOption(u"User"_s, u"user"_s))});
+    const SSHHost host({ u"new-host"_s }, groups, true,
+        { SSHHostItem::option(SSHOption(u"HostName"_s, placeholderHostName)),
+            SSHHostItem::option(SSHOption(u"User"_s, u"user"_s)) });
     insertHost(host, m_document.hosts.size());
     setSelectedHostID(host.id());
     setRawEditorDirty(true);

@@ -13,7 +13,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 bool optionMatches(const SSHHostItem& item, QStringView loweredQuery)
 {
@@ -42,9 +43,8 @@ QList<SSHHost> SSHConfigViewModel::filteredHosts() const
 bool SSHConfigViewModel::hostMatchesFilters(const SSHHost& host, QStringView loweredQuery) const
 {
     if (m_selectedGroup != allGroupsFilter()) {
-        const bool inGroup = std::any_of(host.groups.cbegin(), host.groups.cend(), [this](const QString& group) {
-            return group.compare(m_selectedGroup, Qt::CaseInsensitive) == 0;
-        });
+        const bool inGroup = std::any_of(host.groups.cbegin(), host.groups.cend(),
+            [this](const QString& group) { return group.compare(m_selectedGroup, Qt::CaseInsensitive) == 0; });
         if (!inGroup)
             return false;
     }
@@ -54,7 +54,7 @@ bool SSHConfigViewModel::hostMatchesFilters(const SSHHost& host, QStringView low
         || LoweredTextSearch::containsInJoined(host.groups, loweredQuery))
         return true;
     return std::any_of(host.items.cbegin(), host.items.cend(),
-                       [loweredQuery](const SSHHostItem& item) { return optionMatches(item, loweredQuery); });
+        [loweredQuery](const SSHHostItem& item) { return optionMatches(item, loweredQuery); });
 }
 
 QStringList SSHConfigViewModel::availableGroups() const
@@ -70,10 +70,10 @@ QStringList SSHConfigViewModel::availableGroups() const
         if (const std::optional<QString> name = groupDeclarationName(item.text()))
             appendUniqueGroup(*name, groups);
     }
-    QCollator collator{QLocale()};
+    QCollator collator { QLocale() };
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     std::stable_sort(groups.begin(), groups.end(),
-                     [&collator](const QString& a, const QString& b) { return collator.compare(a, b) < 0; });
+        [&collator](const QString& a, const QString& b) { return collator.compare(a, b) < 0; });
     return groups;
 }
 
@@ -112,7 +112,8 @@ void SSHConfigViewModel::moveHosts(const QList<qsizetype>& fromOffsets, qsizetyp
     std::sort(offsets.begin(), offsets.end());
     toOffset = std::clamp<qsizetype>(toOffset, 0, count);
     // The moved hosts end up side by side where the destination falls once they are taken out.
-    const qsizetype before = std::count_if(offsets.cbegin(), offsets.cend(), [toOffset](qsizetype o) { return o < toOffset; });
+    const qsizetype before
+        = std::count_if(offsets.cbegin(), offsets.cend(), [toOffset](qsizetype o) { return o < toOffset; });
     const qsizetype target = toOffset - before;
     QList<QUuid> moving;
     for (qsizetype offset : offsets)
@@ -122,7 +123,8 @@ void SSHConfigViewModel::moveHosts(const QList<qsizetype>& fromOffsets, qsizetyp
         const qsizetype current = positionOfHost(moving.at(i));
         // Each host goes right after the one placed before it; the first after the target-th host
         // that stays.
-        qsizetype destination = i == 0 ? positionAfterStayingHosts(moving, target) : positionOfHost(moving.at(i - 1)) + 1;
+        qsizetype destination
+            = i == 0 ? positionAfterStayingHosts(moving, target) : positionOfHost(moving.at(i - 1)) + 1;
         if (current < destination)
             --destination;
         moved = moveHost(current, destination) || moved;

@@ -9,7 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 const QString selectEntryFirst = u"Selecteer eerst een known_hosts entry."_s;
 
@@ -73,11 +74,11 @@ std::optional<qsizetype> SSHConfigViewModel::indexOfKnownHostRecord(const QUuid&
 
 // Applies edit to the selected entry in place and does the bookkeeping every entry change needs.
 // Returns false, having said so, when nothing is selected.
-bool SSHConfigViewModel::changeSelectedEntry(const std::function<void(KnownHostEntry&)>& edit,
-                                             const QString& stepName, const QString& stepPastTense)
+bool SSHConfigViewModel::changeSelectedEntry(
+    const std::function<void(KnownHostEntry&)>& edit, const QString& stepName, const QString& stepPastTense)
 {
-    const std::optional<qsizetype> position =
-        m_selectedKnownHostEntryID ? indexOfKnownHostRecord(*m_selectedKnownHostEntryID) : std::nullopt;
+    const std::optional<qsizetype> position
+        = m_selectedKnownHostEntryID ? indexOfKnownHostRecord(*m_selectedKnownHostEntryID) : std::nullopt;
     if (!position) {
         setStatusMessage(selectEntryFirst);
         return false;
@@ -95,8 +96,8 @@ bool SSHConfigViewModel::changeSelectedEntry(const std::function<void(KnownHostE
     renumberKnownHostEntries();
     updateKnownHostsEntryCount();
     if (changed) {
-        recordKnownHostsRecordChange(stepName, stepPastTense, *position, recordBefore,
-                                     m_knownHostsDocument.records().at(*position), viewBefore);
+        recordKnownHostsRecordChange(
+            stepName, stepPastTense, *position, recordBefore, m_knownHostsDocument.records().at(*position), viewBefore);
     }
     return true;
 }
@@ -104,8 +105,7 @@ bool SSHConfigViewModel::changeSelectedEntry(const std::function<void(KnownHostE
 void SSHConfigViewModel::setMarkerOnSelectedKnownHostEntry(std::optional<KnownHostMarker> marker)
 {
     if (!changeSelectedEntry([marker](KnownHostEntry& entry) { entry.setMarker(marker); },
-                             marker ? u"Marker zetten"_s : u"Marker verwijderen"_s,
-                             marker ? u"Marker gezet"_s : u"Marker verwijderd"_s))
+            marker ? u"Marker zetten"_s : u"Marker verwijderen"_s, marker ? u"Marker gezet"_s : u"Marker verwijderd"_s))
         return;
     if (marker)
         setStatusMessage(u"Marker gezet op "_s + knownHostMarkerRawValue(*marker) + u"."_s);
@@ -124,8 +124,8 @@ void SSHConfigViewModel::toggleCommentOnSelectedKnownHostEntry()
     const KnownHostEntry* selected = selectedEntry();
     const bool commenting = selected && !selected->isCommentedOut();
     if (!changeSelectedEntry([](KnownHostEntry& entry) { entry.setCommentedOut(!entry.isCommentedOut()); },
-                             commenting ? u"Entry uitcommentariëren"_s : u"Entry activeren"_s,
-                             commenting ? u"Entry uitgecommentarieerd"_s : u"Entry geactiveerd"_s))
+            commenting ? u"Entry uitcommentariëren"_s : u"Entry activeren"_s,
+            commenting ? u"Entry uitgecommentarieerd"_s : u"Entry geactiveerd"_s))
         return;
     const KnownHostEntry* entry = selectedEntry();
     if (entry && entry->isCommentedOut())
@@ -136,8 +136,8 @@ void SSHConfigViewModel::toggleCommentOnSelectedKnownHostEntry()
 
 void SSHConfigViewModel::deleteSelectedKnownHostEntry()
 {
-    const std::optional<qsizetype> position =
-        m_selectedKnownHostEntryID ? indexOfKnownHostRecord(*m_selectedKnownHostEntryID) : std::nullopt;
+    const std::optional<qsizetype> position
+        = m_selectedKnownHostEntryID ? indexOfKnownHostRecord(*m_selectedKnownHostEntryID) : std::nullopt;
     if (!position) {
         setStatusMessage(selectEntryFirst);
         return;
@@ -153,8 +153,8 @@ void SSHConfigViewModel::deleteSelectedKnownHostEntry()
         Q_EMIT knownHostsDocumentChanged();
     updateKnownHostsEntryCount();
     ensureValidKnownHostSelection();
-    recordKnownHostsRecordChange(u"Entry verwijderen"_s, u"Entry verwijderd"_s, *position, removed, std::nullopt,
-                                 viewBefore);
+    recordKnownHostsRecordChange(
+        u"Entry verwijderen"_s, u"Entry verwijderd"_s, *position, removed, std::nullopt, viewBefore);
     setStatusMessage(u"known_hosts entry verwijderd."_s);
 }
 
@@ -169,15 +169,16 @@ void SSHConfigViewModel::removeHostFromSelectedKnownHostEntry(qsizetype hostInde
     if (selected && (hostIndex < 0 || hostIndex >= hosts.size()))
         return;
     QString removed;
-    const bool changed = changeSelectedEntry([&](KnownHostEntry& entry) {
-        QStringList remaining = entry.hosts();
-        removed = remaining.takeAt(hostIndex);
-        entry.setHosts(remaining);
-        // The label "hashed" must stay true of the names that are left.
-        entry.setHashed(std::any_of(remaining.cbegin(), remaining.cend(), [](const QString& host) {
-            return host.startsWith(u"|1|"_s) || host.startsWith(u"|2|"_s);
-        }));
-    }, u"Host uit entry verwijderen"_s, u"Host uit entry verwijderd"_s);
+    const bool changed = changeSelectedEntry(
+        [&](KnownHostEntry& entry) {
+            QStringList remaining = entry.hosts();
+            removed = remaining.takeAt(hostIndex);
+            entry.setHosts(remaining);
+            // The label "hashed" must stay true of the names that are left.
+            entry.setHashed(std::any_of(remaining.cbegin(), remaining.cend(),
+                [](const QString& host) { return host.startsWith(u"|1|"_s) || host.startsWith(u"|2|"_s); }));
+        },
+        u"Host uit entry verwijderen"_s, u"Host uit entry verwijderd"_s);
     if (changed)
         setStatusMessage(u"Host "_s + removed + u" verwijderd uit deze known_hosts entry."_s);
 }
@@ -211,17 +212,17 @@ std::optional<SSHConfigViewModel::KnownHostSeed> SSHConfigViewModel::knownHostSe
         return std::nullopt;
     const QString& text = *field;
     if (const std::optional<BracketedHostPort> hostPort = ::parseBracketedHostPort(text))
-        return KnownHostSeed{hostPort->host, hostPort->host, std::nullopt, hostPort->port};
+        return KnownHostSeed { hostPort->host, hostPort->host, std::nullopt, hostPort->port };
     const qsizetype at = text.indexOf(u'@');
     if (at <= 0)
-        return KnownHostSeed{text, text, std::nullopt, std::nullopt};
+        return KnownHostSeed { text, text, std::nullopt, std::nullopt };
     const QString user = text.left(at).trimmed();
     const std::optional<QString> seedUser = user.isEmpty() ? std::nullopt : std::optional<QString>(user);
     const QString host = text.mid(at + 1).trimmed();
     if (const std::optional<BracketedHostPort> hostPort = ::parseBracketedHostPort(host))
-        return KnownHostSeed{hostPort->host, hostPort->host, seedUser, hostPort->port};
+        return KnownHostSeed { hostPort->host, hostPort->host, seedUser, hostPort->port };
     if (isPlainHostName(host))
-        return KnownHostSeed{host, host, seedUser, std::nullopt};
+        return KnownHostSeed { host, host, seedUser, std::nullopt };
     return std::nullopt;
 }
 
@@ -258,12 +259,12 @@ void SSHConfigViewModel::openSeedInConfig(const KnownHostSeed& seed)
             return;
         }
     }
-    QList<SSHHostItem> items{SSHHostItem::option(SSHOption(u"HostName"_s, seed.hostName))};
+    QList<SSHHostItem> items { SSHHostItem::option(SSHOption(u"HostName"_s, seed.hostName)) };
     if (seed.user)
         items.append(SSHHostItem::option(SSHOption(u"User"_s, *seed.user)));
     if (seed.port)
         items.append(SSHHostItem::option(SSHOption(u"Port"_s, *seed.port)));
-    const SSHHost created({seed.alias}, {}, true, items);
+    const SSHHost created({ seed.alias }, {}, true, items);
     insertHost(created, m_document.hosts.size());
     setSelectedHostID(created.id());
     setActiveEditorTab(EditorTab::structured);

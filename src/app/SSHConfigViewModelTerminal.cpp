@@ -6,14 +6,15 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 const QString defaultTerminalBundleIdentifier = u"com.apple.Terminal"_s;
 
 bool containsApp(const QList<TerminalApp>& apps, const QString& bundleIdentifier)
 {
     return std::any_of(apps.cbegin(), apps.cend(),
-                       [&bundleIdentifier](const TerminalApp& app) { return app.bundleIdentifier() == bundleIdentifier; });
+        [&bundleIdentifier](const TerminalApp& app) { return app.bundleIdentifier() == bundleIdentifier; });
 }
 
 } // namespace
@@ -21,7 +22,7 @@ bool containsApp(const QList<TerminalApp>& apps, const QString& bundleIdentifier
 void SSHConfigViewModel::refreshTerminalApps()
 {
     change(m_availableTerminalApps, m_terminalDiscovery->discoverTerminalApps(),
-           &SSHConfigViewModel::availableTerminalAppsChanged);
+        &SSHConfigViewModel::availableTerminalAppsChanged);
     const std::optional<QString> stored = m_userDefaults->string(m_preferredTerminalBundleIdentifierKey);
     if (stored && containsApp(m_availableTerminalApps, *stored)) {
         setSelectedTerminalBundleIdentifier(*stored);

@@ -87,7 +87,7 @@ void SSHConfigViewModel::pushStep(UndoHistory& history, UndoHistory::Step step)
 
 SSHConfigViewModel::ConfigUndoState SSHConfigViewModel::captureConfigState() const
 {
-    return {m_document, m_rawText, m_parseErrors, m_rawTextDirty, m_selectedHostID, m_activeEditorTab};
+    return { m_document, m_rawText, m_parseErrors, m_rawTextDirty, m_selectedHostID, m_activeEditorTab };
 }
 
 void SSHConfigViewModel::restoreConfigState(const ConfigUndoState& state)
@@ -106,24 +106,25 @@ void SSHConfigViewModel::restoreConfigState(const ConfigUndoState& state)
     setRawTextDirty(state.rawTextDirty && !saved);
 }
 
-void SSHConfigViewModel::recordConfigStep(const QString& name, const QString& pastTense,
-                                          const ConfigUndoState& before, const QString& mergeKey)
+void SSHConfigViewModel::recordConfigStep(
+    const QString& name, const QString& pastTense, const ConfigUndoState& before, const QString& mergeKey)
 {
     m_rawTextBeforeTyping = m_rawText;
     ConfigUndoState after = captureConfigState();
     if (after.document == before.document && after.rawText == before.rawText && after.parseErrors == before.parseErrors)
         return;
-    const qsizetype cost = bytesPerStep + bytesPerHost * (after.document.hosts.size() + after.document.globalItems.size())
-        + textCost(after.rawText);
-    pushStep(m_configHistory, {name, pastTense, mergeKey, [this, before] { restoreConfigState(before); },
-                               [this, after = std::move(after)] { restoreConfigState(after); }, cost});
+    const qsizetype cost = bytesPerStep
+        + bytesPerHost * (after.document.hosts.size() + after.document.globalItems.size()) + textCost(after.rawText);
+    pushStep(m_configHistory,
+        { name, pastTense, mergeKey, [this, before] { restoreConfigState(before); },
+            [this, after = std::move(after)] { restoreConfigState(after); }, cost });
 }
 
 // --- known_hosts -----------------------------------------------------------------------------------
 
 SSHConfigViewModel::KnownHostsUndoView SSHConfigViewModel::captureKnownHostsView() const
 {
-    return {m_selectedKnownHostEntryID, m_activeEditorTab};
+    return { m_selectedKnownHostEntryID, m_activeEditorTab };
 }
 
 // Follows every change of an undo or a redo, and announces it once.
@@ -139,28 +140,26 @@ void SSHConfigViewModel::restoreKnownHostsView(const KnownHostsUndoView& view)
     setActiveEditorTab(view.activeEditorTab);
 }
 
-void SSHConfigViewModel::recordKnownHostsRecordChange(const QString& name, const QString& pastTense,
-                                                      qsizetype position,
-                                                      const std::optional<KnownHostsRecord>& before,
-                                                      const std::optional<KnownHostsRecord>& after,
-                                                      const KnownHostsUndoView& viewBefore)
+void SSHConfigViewModel::recordKnownHostsRecordChange(const QString& name, const QString& pastTense, qsizetype position,
+    const std::optional<KnownHostsRecord>& before, const std::optional<KnownHostsRecord>& after,
+    const KnownHostsUndoView& viewBefore)
 {
     const KnownHostsUndoView viewAfter = captureKnownHostsView();
-    UndoHistory::Step step{name, pastTense, QString(),
-                           [this, position, before, after, viewBefore] {
-                               putKnownHostsRecord(position, after, before);
-                               restoreKnownHostsView(viewBefore);
-                           },
-                           [this, position, before, after, viewAfter] {
-                               putKnownHostsRecord(position, before, after);
-                               restoreKnownHostsView(viewAfter);
-                           },
-                           bytesPerStep + 2 * bytesPerKnownHostsRecord};
+    UndoHistory::Step step { name, pastTense, QString(),
+        [this, position, before, after, viewBefore] {
+            putKnownHostsRecord(position, after, before);
+            restoreKnownHostsView(viewBefore);
+        },
+        [this, position, before, after, viewAfter] {
+            putKnownHostsRecord(position, before, after);
+            restoreKnownHostsView(viewAfter);
+        },
+        bytesPerStep + 2 * bytesPerKnownHostsRecord };
     pushStep(m_knownHostsHistory, std::move(step));
 }
 
-void SSHConfigViewModel::recordKnownHostsReplacement(const QString& name, const QString& pastTense,
-                                                     KnownHostsSide before, const KnownHostsUndoView& viewBefore)
+void SSHConfigViewModel::recordKnownHostsReplacement(
+    const QString& name, const QString& pastTense, KnownHostsSide before, const KnownHostsUndoView& viewBefore)
 {
     if (before.document == m_knownHostsDocument && before.errors == m_knownHostsParseErrors)
         return;
@@ -168,16 +167,16 @@ void SSHConfigViewModel::recordKnownHostsReplacement(const QString& name, const 
     const qsizetype cost = bytesPerStep
         + bytesPerKnownHostsRecord * std::max(before.document.records().size(), m_knownHostsDocument.records().size());
     auto other = std::make_shared<KnownHostsSide>(std::move(before));
-    UndoHistory::Step step{name, pastTense, QString(),
-                           [this, other, viewBefore] {
-                               swapKnownHosts(*other);
-                               restoreKnownHostsView(viewBefore);
-                           },
-                           [this, other, viewAfter] {
-                               swapKnownHosts(*other);
-                               restoreKnownHostsView(viewAfter);
-                           },
-                           cost};
+    UndoHistory::Step step { name, pastTense, QString(),
+        [this, other, viewBefore] {
+            swapKnownHosts(*other);
+            restoreKnownHostsView(viewBefore);
+        },
+        [this, other, viewAfter] {
+            swapKnownHosts(*other);
+            restoreKnownHostsView(viewAfter);
+        },
+        cost };
     pushStep(m_knownHostsHistory, std::move(step));
 }
 
@@ -192,8 +191,8 @@ void SSHConfigViewModel::swapKnownHosts(KnownHostsSide& other)
     Q_EMIT knownHostsParseErrorsChanged();
 }
 
-void SSHConfigViewModel::putKnownHostsRecord(qsizetype position, const std::optional<KnownHostsRecord>& current,
-                                             const std::optional<KnownHostsRecord>& wanted)
+void SSHConfigViewModel::putKnownHostsRecord(
+    qsizetype position, const std::optional<KnownHostsRecord>& current, const std::optional<KnownHostsRecord>& wanted)
 {
     QList<KnownHostsRecord>& records = m_knownHostsDocument.records();
     if (current && wanted) {

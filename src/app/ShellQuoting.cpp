@@ -2,13 +2,14 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 bool isSafeArgumentCharacter(QChar c)
 {
     const char16_t u = c.unicode();
-    return (u >= u'a' && u <= u'z') || (u >= u'A' && u <= u'Z') || (u >= u'0' && u <= u'9') || u == u'.'
-        || u == u'_' || u == u'@' || u == u':' || u == u'/' || u == u'-';
+    return (u >= u'a' && u <= u'z') || (u >= u'A' && u <= u'Z') || (u >= u'0' && u <= u'9') || u == u'.' || u == u'_'
+        || u == u'@' || u == u':' || u == u'/' || u == u'-';
 }
 
 bool isSafeArgument(QStringView text)

@@ -30,8 +30,8 @@ void UndoHistory::push(Step step)
 void UndoHistory::dropOldest()
 {
     qsizetype dropped = 0;
-    while (m_steps.size() - dropped > minimumSteps
-           && (m_cost > memoryBudget || m_steps.size() - dropped > maximumSteps)) {
+    while (
+        m_steps.size() - dropped > minimumSteps && (m_cost > memoryBudget || m_steps.size() - dropped > maximumSteps)) {
         m_cost -= m_steps.at(dropped).cost;
         ++dropped;
     }

@@ -9,8 +9,8 @@
 namespace
 {
 // Below this, a buffer holds too few huge pages to be worth a system call.
-constexpr std::size_t smallestAdvisedBuffer = std::size_t{8} << 20;
-constexpr std::uintptr_t hugePageSize = std::uintptr_t{2} << 20;
+constexpr std::size_t smallestAdvisedBuffer = std::size_t { 8 } << 20;
+constexpr std::uintptr_t hugePageSize = std::uintptr_t { 2 } << 20;
 } // namespace
 
 void adviseHugePages(void* data, std::size_t bytes)

@@ -29,14 +29,13 @@ public:
     /// An empty entry with a null id; the parser always gives its entries a fresh id.
     KnownHostEntry() = default;
     KnownHostEntry(QUuid id, int lineNumber, std::optional<KnownHostMarker> marker, const QStringList& hosts,
-                   QStringView keyType, QStringView key, QStringView comment, bool isHashed, bool isCommentedOut);
+        QStringView keyType, QStringView key, QStringView comment, bool isHashed, bool isCommentedOut);
 
     /// An entry whose hosts field (the hosts joined with ","), key type, key and comment are the given
     /// spans of text, in that order of position. text is shared, not copied; it must own its
     /// characters (not QString::fromRawData) and every span must fit in an int.
     static KnownHostEntry fromSpans(QUuid id, int lineNumber, std::optional<KnownHostMarker> marker,
-                                    const QString& text, Span hostsField, Span keyType, Span key, Span comment,
-                                    bool isHashed, bool isCommentedOut);
+        const QString& text, Span hostsField, Span keyType, Span key, Span comment, bool isHashed, bool isCommentedOut);
 
     /// Made when the entry is parsed; never written to the file and never changed.
     QUuid id() const { return m_id; }

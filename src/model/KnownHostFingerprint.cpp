@@ -4,7 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 bool isBase64Character(char16_t c)
 {
@@ -34,8 +35,8 @@ std::optional<QByteArray> decodedKnownHostKey(QStringView keyField)
 {
     if (!isStrictBase64(keyField))
         return std::nullopt;
-    const QByteArray::FromBase64Result decoded =
-        QByteArray::fromBase64Encoding(keyField.toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
+    const QByteArray::FromBase64Result decoded
+        = QByteArray::fromBase64Encoding(keyField.toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
     if (!decoded || decoded.decoded.isEmpty())
         return std::nullopt;
     return decoded.decoded;
@@ -58,7 +59,7 @@ std::optional<KnownHostFingerprints> knownHostFingerprints(QStringView keyField)
     const std::optional<QByteArray> blob = decodedKnownHostKey(keyField);
     if (!blob)
         return std::nullopt;
-    return KnownHostFingerprints{sha256Fingerprint(*blob), md5Fingerprint(*blob)};
+    return KnownHostFingerprints { sha256Fingerprint(*blob), md5Fingerprint(*blob) };
 }
 
 std::optional<QString> knownHostSha256Fingerprint(QStringView keyField)

@@ -8,15 +8,14 @@
 #include <optional>
 
 /// The marker a known_hosts line may start with. Identified (and hashed) by its raw value.
-enum class KnownHostMarker
-{
+enum class KnownHostMarker {
     certAuthority, ///< "@cert-authority"
-    revoked,       ///< "@revoked"
+    revoked, ///< "@revoked"
 };
 
 /// Every marker, in the order the known_hosts view offers them.
-inline constexpr std::array<KnownHostMarker, 2> allKnownHostMarkers{KnownHostMarker::certAuthority,
-                                                                    KnownHostMarker::revoked};
+inline constexpr std::array<KnownHostMarker, 2> allKnownHostMarkers { KnownHostMarker::certAuthority,
+    KnownHostMarker::revoked };
 
 /// The marker as written in the file: "@cert-authority" or "@revoked".
 QString knownHostMarkerRawValue(KnownHostMarker marker);

@@ -17,8 +17,7 @@ public:
     KnownHostsDocument() = default;
     explicit KnownHostsDocument(QList<KnownHostsRecord> records)
         : m_records(std::move(records))
-    {
-    }
+    { }
 
     const QList<KnownHostsRecord>& records() const { return m_records; }
     QList<KnownHostsRecord>& records() { return m_records; }

@@ -115,12 +115,12 @@ QString normalisedComment(QStringView rest)
 
 KnownHostEntry::Span spanOf(QStringView field, const QString& source)
 {
-    return {field.data() - source.constData(), field.size()};
+    return { field.data() - source.constData(), field.size() };
 }
 } // namespace
 
-std::optional<KnownHostEntry> KnownHostsEntryReader::read(const QString& source, QStringView text, int lineNumber,
-                                                          bool isCommentedOut)
+std::optional<KnownHostEntry> KnownHostsEntryReader::read(
+    const QString& source, QStringView text, int lineNumber, bool isCommentedOut)
 {
     // An entry keeps its fields' places as ints; a line of two thousand million characters stays as
     // it stands instead.
@@ -138,22 +138,20 @@ std::optional<KnownHostEntry> KnownHostsEntryReader::read(const QString& source,
     const QStringView keyType = fields.leading[first + 1];
     const QStringView key = fields.leading[first + 2];
     // Without a marker a fourth leading field already belongs to the comment.
-    const qsizetype restStart = marker ? fields.restStart
-                                : fields.leadingCount == maxLeadingFields
-                                    ? fields.leading[3].data() - text.data()
-                                    : -1;
+    const qsizetype restStart = marker            ? fields.restStart
+        : fields.leadingCount == maxLeadingFields ? fields.leading[3].data() - text.data()
+                                                  : -1;
     const QStringView comment = restStart < 0 ? key.sliced(key.size()) : text.sliced(restStart);
     const HostsFieldFacts facts = examineHostsField(hostsField);
     const bool isHashed = facts.isHashed;
 
     if (facts.isNormal && isNormalisedComment(comment)) {
         return KnownHostEntry::fromSpans(createRandomUuid(), lineNumber, marker, source, spanOf(hostsField, source),
-                                         spanOf(keyType, source), spanOf(key, source), spanOf(comment, source),
-                                         isHashed, isCommentedOut);
+            spanOf(keyType, source), spanOf(key, source), spanOf(comment, source), isHashed, isCommentedOut);
     }
     const QStringList hosts = hostsOf(hostsField);
     if (hosts.isEmpty())
         return std::nullopt;
     return KnownHostEntry(createRandomUuid(), lineNumber, marker, hosts, keyType, key, normalisedComment(comment),
-                          isHashed, isCommentedOut);
+        isHashed, isCommentedOut);
 }

@@ -12,8 +12,7 @@ public:
     KnownHostsParseError(int line, QString message)
         : m_line(line)
         , m_message(std::move(message))
-    {
-    }
+    { }
 
     /// 1-based line number.
     int line() const { return m_line; }

@@ -7,17 +7,17 @@ KnownHostsRecordKind KnownHostsRecordKind::fromEntry(KnownHostEntry entry)
 
 KnownHostsRecordKind KnownHostsRecordKind::fromComment(QString text)
 {
-    return KnownHostsRecordKind(Value(Comment{std::move(text)}));
+    return KnownHostsRecordKind(Value(Comment { std::move(text) }));
 }
 
 KnownHostsRecordKind KnownHostsRecordKind::fromInvalid(QString text)
 {
-    return KnownHostsRecordKind(Value(Invalid{std::move(text)}));
+    return KnownHostsRecordKind(Value(Invalid { std::move(text) }));
 }
 
 KnownHostsRecordKind KnownHostsRecordKind::blank()
 {
-    return KnownHostsRecordKind(Value(Blank{}));
+    return KnownHostsRecordKind(Value(Blank {}));
 }
 
 QString KnownHostsRecordKind::text() const

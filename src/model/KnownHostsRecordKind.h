@@ -12,8 +12,7 @@ class KnownHostsRecordKind
 {
 public:
     /// The cases, in their fixed order.
-    enum class Case
-    {
+    enum class Case {
         entry,
         comment,
         invalid,
@@ -70,8 +69,7 @@ public:
 private:
     explicit KnownHostsRecordKind(Value value)
         : m_value(std::move(value))
-    {
-    }
+    { }
 
-    Value m_value{Blank{}};
+    Value m_value { Blank {} };
 };

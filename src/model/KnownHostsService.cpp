@@ -19,8 +19,8 @@ QStringView strippedCommentPrefix(QStringView trimmed)
     return rest;
 }
 
-KnownHostsRecordKind kindOfLine(const QString& source, QStringView line, int lineNumber,
-                                QList<KnownHostsParseError>& errors)
+KnownHostsRecordKind kindOfLine(
+    const QString& source, QStringView line, int lineNumber, QList<KnownHostsParseError>& errors)
 {
     const QStringView trimmed = line.trimmed();
     if (trimmed.isEmpty())

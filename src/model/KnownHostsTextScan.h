@@ -42,7 +42,7 @@ inline qsizetype skipBlocks(const char16_t* text, qsizetype from, qsizetype end,
     const auto candidates = [&](qsizetype at) {
         const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + at));
         return _mm_or_si128(_mm_cmpeq_epi16(_mm_subs_epu16(block, lowBound), zero),
-                            _mm_cmpeq_epi16(_mm_subs_epu16(highBound, block), zero));
+            _mm_cmpeq_epi16(_mm_subs_epu16(highBound, block), zero));
     };
     // Two blocks per test: keys run to hundreds of characters between two candidates.
     while (end - from >= 2 * blockSize) {

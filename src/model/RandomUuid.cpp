@@ -11,7 +11,7 @@ namespace
 // for the two ids per line that a large known_hosts file asks for at load.
 std::mt19937_64 seededEngine()
 {
-    std::array<quint32, std::mt19937_64::state_size> seed{};
+    std::array<quint32, std::mt19937_64::state_size> seed {};
     QRandomGenerator::system()->fillRange(seed.data(), static_cast<qsizetype>(seed.size()));
     std::seed_seq sequence(seed.begin(), seed.end());
     return std::mt19937_64(sequence);
@@ -26,7 +26,7 @@ QUuid createRandomUuid()
 
     const auto byteOf = [low](int index) { return static_cast<uchar>(low >> (8 * index)); };
     return QUuid(static_cast<uint>(high >> 32), static_cast<ushort>(high >> 16),
-                 static_cast<ushort>((high & 0x0FFF) | 0x4000), // version 4
-                 static_cast<uchar>((byteOf(0) & 0x3F) | 0x80), // RFC 4122 variant
-                 byteOf(1), byteOf(2), byteOf(3), byteOf(4), byteOf(5), byteOf(6), byteOf(7));
+        static_cast<ushort>((high & 0x0FFF) | 0x4000), // version 4
+        static_cast<uchar>((byteOf(0) & 0x3F) | 0x80), // RFC 4122 variant
+        byteOf(1), byteOf(2), byteOf(3), byteOf(4), byteOf(5), byteOf(6), byteOf(7));
 }

@@ -89,7 +89,7 @@ bool FileSnapshot::stillMatches(const QString& path) const
 QByteArray FileSnapshot::contentHash(QByteArrayView bytes)
 {
     QByteArray hash;
-    for (const size_t seed : {size_t(0x5441524eu), size_t(0x5749434bu)}) {
+    for (const size_t seed : { size_t(0x5441524eu), size_t(0x5749434bu) }) {
         const size_t value = qHashBits(bytes.data(), size_t(bytes.size()), seed);
         hash.append(reinterpret_cast<const char*>(&value), sizeof value);
     }

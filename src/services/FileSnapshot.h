@@ -12,8 +12,7 @@
 class FileSnapshot
 {
 public:
-    enum class Kind
-    {
+    enum class Kind {
         missing,
         regular,
         unreadable,

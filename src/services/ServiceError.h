@@ -26,8 +26,7 @@ class PlatformError final : public ServiceError
 public:
     explicit PlatformError(QString description)
         : m_description(std::move(description))
-    {
-    }
+    { }
 
     QString description() const override { return m_description; }
 

@@ -14,7 +14,7 @@ constexpr qreal side = 512.0;
 // The drawing is defined with its origin at the lower left; Qt's is at the upper left.
 QPointF fromLowerLeft(qreal x, qreal y)
 {
-    return {x, side - y};
+    return { x, side - y };
 }
 
 QColor accentRed()
@@ -53,7 +53,7 @@ void drawPrompt(QPainter& painter)
 QStringList bundledIconCandidates()
 {
     // A macOS bundle keeps its resources beside the executable's folder; a Qt resource works everywhere.
-    return {QCoreApplication::applicationDirPath() + u"/../Resources/AppIcon.icns"_s, u":/AppIcon.icns"_s};
+    return { QCoreApplication::applicationDirPath() + u"/../Resources/AppIcon.icns"_s, u":/AppIcon.icns"_s };
 }
 } // namespace
 

@@ -42,8 +42,8 @@ ContentView::ContentView(SSHConfigViewModel& viewModel, QWidget* parent)
     m_splitter->setObjectName(u"contentSplitter"_s);
     m_splitter->setChildrenCollapsible(false);
     m_tabs->setObjectName(u"editorTabs"_s);
-    setAccessibleText(*m_tabs, u"Editors"_s,
-                      u"Structured Editor, Raw Editor en Known Hosts; kies met Ctrl+1, Ctrl+2 of Ctrl+3."_s);
+    setAccessibleText(
+        *m_tabs, u"Editors"_s, u"Structured Editor, Raw Editor en Known Hosts; kies met Ctrl+1, Ctrl+2 of Ctrl+3."_s);
     m_tabs->setDocumentMode(true);
     m_tabs->addTab(makeStructuredTab(), u"Structured Editor"_s);
     auto* raw = new RawEditorView(viewModel, m_tabs);
@@ -60,7 +60,7 @@ ContentView::ContentView(SSHConfigViewModel& viewModel, QWidget* parent)
     m_splitter->addWidget(m_tabs);
     m_splitter->setStretchFactor(0, 0);
     m_splitter->setStretchFactor(1, 1);
-    m_splitter->setSizes({300, 780});
+    m_splitter->setSizes({ 300, 780 });
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -70,8 +70,8 @@ ContentView::ContentView(SSHConfigViewModel& viewModel, QWidget* parent)
     connect(&m_viewModel, &SSHConfigViewModel::activeEditorTabChanged, this, &ContentView::showActiveTab);
     connect(&m_viewModel, &SSHConfigViewModel::selectedHostIDChanged, this, &ContentView::showHostSelection);
     connect(&m_viewModel, &SSHConfigViewModel::hostsReset, this, &ContentView::showHostSelection);
-    connect(&m_sidebar->hostSidebar(), &HostSidebarView::createGroupRequested, this,
-            &ContentView::presentCreateGroupSheet);
+    connect(
+        &m_sidebar->hostSidebar(), &HostSidebarView::createGroupRequested, this, &ContentView::presentCreateGroupSheet);
     makeTabActions();
     showActiveTab();
     showHostSelection();
@@ -80,9 +80,8 @@ ContentView::ContentView(SSHConfigViewModel& viewModel, QWidget* parent)
 void ContentView::makeTabActions()
 {
     m_tabActions = new QActionGroup(this);
-    const QList<std::pair<QString, QString>> tabs{{u"structuredTabAction"_s, u"&Structured Editor"_s},
-                                                  {u"rawTabAction"_s, u"&Raw Editor"_s},
-                                                  {u"knownHostsTabAction"_s, u"&Known Hosts"_s}};
+    const QList<std::pair<QString, QString>> tabs { { u"structuredTabAction"_s, u"&Structured Editor"_s },
+        { u"rawTabAction"_s, u"&Raw Editor"_s }, { u"knownHostsTabAction"_s, u"&Known Hosts"_s } };
     for (qsizetype i = 0; i < tabs.size(); ++i) {
         auto* action = new QAction(tabs.at(i).second, m_tabActions);
         action->setObjectName(tabs.at(i).first);
@@ -112,7 +111,7 @@ QWidget* ContentView::makeStructuredTab()
     m_structured->setObjectName(u"structuredEditor"_s);
     m_hostDetail = new HostDetailView(m_viewModel, m_structured);
     m_noHostSelected = new EmptyStateView(u"rectangle.stack", u"Geen host geselecteerd"_s,
-                                          u"Voeg een host toe of selecteer een host in de lijst."_s, m_structured);
+        u"Voeg een host toe of selecteer een host in de lijst."_s, m_structured);
     m_noHostSelected->setObjectName(u"noHostSelectedView"_s);
     m_structured->addWidget(m_hostDetail);
     m_structured->addWidget(m_noHostSelected);

@@ -26,22 +26,19 @@ CreateGroupDialog::CreateGroupDialog(SSHConfigViewModel& viewModel, QWidget* par
 
     auto* heading = new QLabel(u"Nieuwe groep"_s, this);
     applyTextStyle(heading, TextStyle::headline);
-    auto* explanation =
-        new QLabel(u"Voeg een groepsnaam toe. De groep wordt gekoppeld aan de geselecteerde host."_s, this);
+    auto* explanation
+        = new QLabel(u"Voeg een groepsnaam toe. De groep wordt gekoppeld aan de geselecteerde host."_s, this);
     explanation->setWordWrap(true);
     applyTextStyle(explanation, TextStyle::caption);
     makeSecondaryText(explanation);
     m_name->setObjectName(u"newGroupNameField"_s);
-    setAccessibleText(*m_name, u"Groepsnaam"_s,
-                      u"Naam van de nieuwe groep voor de geselecteerde host."_s);
+    setAccessibleText(*m_name, u"Groepsnaam"_s, u"Naam van de nieuwe groep voor de geselecteerde host."_s);
     m_name->setPlaceholderText(u"Bijv. PLOVRA SERVERS"_s);
     m_cancel->setObjectName(u"cancelButton"_s);
-    setAccessibleText(*m_cancel, u"Cancel"_s,
-                      u"Sluit zonder een groep te maken."_s);
+    setAccessibleText(*m_cancel, u"Cancel"_s, u"Sluit zonder een groep te maken."_s);
     m_cancel->setAutoDefault(false);
     m_add->setObjectName(u"addGroupButton"_s);
-    setAccessibleText(*m_add, u"Add Group"_s,
-                      u"Maakt de groep en koppelt die aan de geselecteerde host."_s);
+    setAccessibleText(*m_add, u"Add Group"_s, u"Maakt de groep en koppelt die aan de geselecteerde host."_s);
     m_add->setDefault(true);
 
     auto* buttons = new QHBoxLayout;

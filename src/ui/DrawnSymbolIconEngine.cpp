@@ -14,8 +14,7 @@ using namespace Qt::StringLiterals;
 DrawnSymbolIconEngine::DrawnSymbolIconEngine(QString systemName, std::optional<QColor> tint)
     : m_systemName(std::move(systemName))
     , m_tint(std::move(tint))
-{
-}
+{ }
 
 void DrawnSymbolIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State)
 {
@@ -29,8 +28,8 @@ QPixmap DrawnSymbolIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon
 
 QPixmap DrawnSymbolIconEngine::scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal scale)
 {
-    const QSize deviceSize(static_cast<int>(std::lround(size.width() * scale)),
-                           static_cast<int>(std::lround(size.height() * scale)));
+    const QSize deviceSize(
+        static_cast<int>(std::lround(size.width() * scale)), static_cast<int>(std::lround(size.height() * scale)));
     QPixmap pixmap(deviceSize);
     pixmap.fill(Qt::transparent);
     {

@@ -20,12 +20,12 @@ void ElidedLabel::setText(const QString& text)
 
 QSize ElidedLabel::sizeHint() const
 {
-    return {fontMetrics().horizontalAdvance(m_text), fontMetrics().height()};
+    return { fontMetrics().horizontalAdvance(m_text), fontMetrics().height() };
 }
 
 QSize ElidedLabel::minimumSizeHint() const
 {
-    return {0, fontMetrics().height()};
+    return { 0, fontMetrics().height() };
 }
 
 void ElidedLabel::paintEvent(QPaintEvent* event)

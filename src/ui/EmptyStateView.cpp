@@ -25,8 +25,8 @@ QLabel* makeLabel(const QString& text, const QString& objectName, QWidget* paren
 }
 } // namespace
 
-EmptyStateView::EmptyStateView(QStringView symbolName, const QString& title, const QString& description,
-                               QWidget* parent)
+EmptyStateView::EmptyStateView(
+    QStringView symbolName, const QString& title, const QString& description, QWidget* parent)
     : QWidget(parent)
     , m_symbolName(symbolName.toString())
     , m_icon(new QLabel(this))

@@ -14,8 +14,7 @@ class EmptyStateView : public QWidget
     Q_OBJECT
 
 public:
-    EmptyStateView(QStringView symbolName, const QString& title, const QString& description,
-                   QWidget* parent = nullptr);
+    EmptyStateView(QStringView symbolName, const QString& title, const QString& description, QWidget* parent = nullptr);
 
     QString symbolName() const { return m_symbolName; }
     QString title() const;

@@ -7,7 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 QLabel* secondaryLabel(const QString& text, QWidget* parent)
 {

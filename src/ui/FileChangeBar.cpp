@@ -37,9 +37,10 @@ FileChangeBar::FileChangeBar(SSHConfigViewModel& viewModel, SSHFile file, QWidge
     m_reload = addAction(u"Herladen"_s, u"reloadChangedFileButton"_s, &FileChangeBar::reload);
     m_keepMine = addAction(u"Mijn versie bewaren"_s, u"keepMyVersionButton"_s, &FileChangeBar::keepMine);
     m_close = addAction(u"Sluiten"_s, u"closeFileChangeButton"_s, &FileChangeBar::close);
-    setAccessibleText(*m_reload, u"Herladen"_s, u"Leest het gewijzigde bestand opnieuw en laat je wijzigingen vallen."_s);
+    setAccessibleText(
+        *m_reload, u"Herladen"_s, u"Leest het gewijzigde bestand opnieuw en laat je wijzigingen vallen."_s);
     setAccessibleText(*m_keepMine, u"Mijn versie bewaren"_s,
-                      u"Houdt je versie; de volgende keer opslaan vervangt het gewijzigde bestand."_s);
+        u"Houdt je versie; de volgende keer opslaan vervangt het gewijzigde bestand."_s);
     setAccessibleText(*m_close, u"Sluiten"_s, u"Sluit deze melding."_s);
 
     const auto changed = file == SSHFile::config ? &SSHConfigViewModel::configChangeNoticeChanged

@@ -127,7 +127,7 @@ int FlowLayout::arrange(const QRect& rect, bool place) const
             y += rowHeight + m_verticalSpacing;
             rowHeight = 0;
         }
-        row.append({item, QRect(QPoint(x, y), size)});
+        row.append({ item, QRect(QPoint(x, y), size) });
         x += size.width() + m_horizontalSpacing;
         rowHeight = std::max(rowHeight, size.height());
     }

@@ -20,7 +20,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 QVBoxLayout* groupLayout(QGroupBox* box, int spacing)
 {
@@ -84,8 +85,8 @@ QWidget* HostDetailView::makeHostGroup()
     layout->addWidget(makeGroupsField(box));
     m_enabledToggle = new QCheckBox(u"Host actief"_s, box);
     m_enabledToggle->setObjectName(u"hostEnabledToggle"_s);
-    setAccessibleText(*m_enabledToggle, u"Host actief"_s,
-                      u"Uit zet het hostblok regel voor regel als commentaar in de config."_s);
+    setAccessibleText(
+        *m_enabledToggle, u"Host actief"_s, u"Uit zet het hostblok regel voor regel als commentaar in de config."_s);
     connect(m_enabledToggle, &QCheckBox::toggled, this, [this](bool on) {
         editHost([on](SSHHost& host) {
             host.isEnabled = on;
@@ -105,8 +106,8 @@ QLineEdit* HostDetailView::makePatternsField(QWidget* parent)
 {
     m_patternsField = new QLineEdit(parent);
     m_patternsField->setObjectName(u"hostPatternsField"_s);
-    setAccessibleText(*m_patternsField, u"Host patterns"_s,
-                      u"De patronen van de Host-regel, gescheiden door spaties."_s);
+    setAccessibleText(
+        *m_patternsField, u"Host patterns"_s, u"De patronen van de Host-regel, gescheiden door spaties."_s);
     m_patternsField->setPlaceholderText(u"Host patterns (spatie-gescheiden)"_s);
     connect(m_patternsField, &QLineEdit::textEdited, this, [this](const QString& text) {
         editHost([&text](SSHHost& host) {
@@ -126,8 +127,7 @@ QLineEdit* HostDetailView::makeGroupsField(QWidget* parent)
 {
     m_groupsField = new QLineEdit(parent);
     m_groupsField->setObjectName(u"hostGroupsField"_s);
-    setAccessibleText(*m_groupsField, u"Groepen"_s,
-                      u"De groepen van deze host, gescheiden door komma's."_s);
+    setAccessibleText(*m_groupsField, u"Groepen"_s, u"De groepen van deze host, gescheiden door komma's."_s);
     m_groupsField->setPlaceholderText(u"Groepen (komma-gescheiden)"_s);
     connect(m_groupsField, &QLineEdit::textEdited, this, [this](const QString& text) {
         editHost([&text](SSHHost& host) {
@@ -146,7 +146,7 @@ QWidget* HostDetailView::makeCommonOptionsGroup()
     auto* box = new QGroupBox(u"Veelgebruikte opties"_s, m_form);
     box->setObjectName(u"commonOptionsGroupBox"_s);
     QVBoxLayout* layout = groupLayout(box, 10);
-    const QStringList placeholders{hostNamePlaceholder, u"deploy"_s, u"22"_s, u"~/.ssh/id_ed25519"_s};
+    const QStringList placeholders { hostNamePlaceholder, u"deploy"_s, u"22"_s, u"~/.ssh/id_ed25519"_s };
     const QStringList& keys = HostDetailRules::commonOptionKeys();
     for (qsizetype i = 0; i < keys.size(); ++i)
         layout->addWidget(makeCommonOptionRow(keys.at(i), placeholders.at(i)));
@@ -209,23 +209,22 @@ QWidget* HostDetailView::makeEntryRow()
     layout->setContentsMargins(0, 0, 0, 0);
     m_newOptionKeyField = new QLineEdit(row);
     m_newOptionKeyField->setObjectName(u"newOptionKeyField"_s);
-    setAccessibleText(*m_newOptionKeyField, u"Option"_s,
-                      u"Naam van de optie die je toevoegt, wijzigt of verwijdert."_s);
+    setAccessibleText(
+        *m_newOptionKeyField, u"Option"_s, u"Naam van de optie die je toevoegt, wijzigt of verwijdert."_s);
     m_newOptionKeyField->setPlaceholderText(u"Option"_s);
     m_newOptionValueField = new QLineEdit(row);
     m_newOptionValueField->setObjectName(u"newOptionValueField"_s);
-    setAccessibleText(*m_newOptionValueField, u"Value"_s,
-                      u"Waarde van de optie; leeg laten verwijdert de optie."_s);
+    setAccessibleText(*m_newOptionValueField, u"Value"_s, u"Waarde van de optie; leeg laten verwijdert de optie."_s);
     m_newOptionValueField->setPlaceholderText(u"Value"_s);
     m_addUpdateButton = new QPushButton(u"Add / Update"_s, row);
     m_addUpdateButton->setObjectName(u"addUpdateOptionButton"_s);
-    setAccessibleText(*m_addUpdateButton, u"Add / Update"_s,
-                      u"Voegt de optie toe of wijzigt de eerste optie met die naam."_s);
+    setAccessibleText(
+        *m_addUpdateButton, u"Add / Update"_s, u"Voegt de optie toe of wijzigt de eerste optie met die naam."_s);
 
     connect(m_newOptionKeyField, &QLineEdit::textChanged, this, &HostDetailView::updateAddButton);
     connect(m_addUpdateButton, &QPushButton::clicked, this, &HostDetailView::addOrUpdateOption);
     // Return in either entry field does what the button does, as a form's default action would.
-    for (QLineEdit* field : {m_newOptionKeyField, m_newOptionValueField})
+    for (QLineEdit* field : { m_newOptionKeyField, m_newOptionValueField })
         connect(field, &QLineEdit::returnPressed, this, &HostDetailView::addOrUpdateOption);
 
     layout->addWidget(m_newOptionKeyField, 1);
@@ -269,9 +268,9 @@ void HostDetailView::editHost(const std::function<bool(SSHHost&)>& change)
 }
 
 void HostDetailView::bindField(QLineEdit* field, std::function<QString(const SSHHost&)> shownText,
-                               std::function<bool(const QString&, const SSHHost&)> sameMeaning)
+    std::function<bool(const QString&, const SSHHost&)> sameMeaning)
 {
-    m_bindings.append({field, std::move(shownText), std::move(sameMeaning)});
+    m_bindings.append({ field, std::move(shownText), std::move(sameMeaning) });
     connect(field, &QLineEdit::editingFinished, this, [this, field] {
         for (const FieldBinding& binding : std::as_const(m_bindings)) {
             if (binding.field == field)

@@ -52,7 +52,7 @@ private:
     void editHost(const std::function<bool(SSHHost&)>& change);
     void refreshFromHost();
     void bindField(QLineEdit* field, std::function<QString(const SSHHost&)> shownText,
-                   std::function<bool(const QString&, const SSHHost&)> sameMeaning);
+        std::function<bool(const QString&, const SSHHost&)> sameMeaning);
     void finishEditing(const FieldBinding& binding);
     void updateAddButton();
     void addOrUpdateOption();

@@ -22,8 +22,8 @@ QColor HostRowDelegate::dotColour(bool isEnabled)
 
 QColor HostRowDelegate::titleColour(const QStyleOptionViewItem& option, bool isEnabled)
 {
-    const QPalette::ColorGroup group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active
-                                                                                   : QPalette::Inactive;
+    const QPalette::ColorGroup group
+        = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
     if (option.state.testFlag(QStyle::State_Selected))
         return option.palette.color(group, QPalette::HighlightedText);
     // A disabled host reads as such without its dot's colour: its title is muted as well.
@@ -49,7 +49,7 @@ QSize HostRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModel
     int height = verticalPadding * 2 + title + 4;
     if (!index.data(HostListModel::GroupsTextRole).toString().isEmpty())
         height += lineSpacing + QFontMetrics(groupsFont(option.font)).height();
-    return {200, height};
+    return { 200, height };
 }
 
 void HostRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
@@ -63,8 +63,8 @@ void HostRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     style->drawControl(QStyle::CE_ItemViewItem, &panel, painter, widget);
 
     const bool selected = option.state.testFlag(QStyle::State_Selected);
-    const QPalette::ColorGroup group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active
-                                                                                   : QPalette::Inactive;
+    const QPalette::ColorGroup group
+        = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
     const QColor textColour = option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
     QColor mutedColour = selected ? textColour : option.palette.color(group, QPalette::PlaceholderText);
 
@@ -87,15 +87,14 @@ void HostRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     painter->setFont(title);
     painter->setPen(titleColour(option, index.data(HostListModel::IsEnabledRole).toBool()));
     painter->drawText(titleRect, Qt::AlignLeft | Qt::AlignVCenter,
-                      QFontMetrics(title).elidedText(index.data(Qt::DisplayRole).toString(), Qt::ElideRight,
-                                                     titleRect.width()));
+        QFontMetrics(title).elidedText(index.data(Qt::DisplayRole).toString(), Qt::ElideRight, titleRect.width()));
     if (!groupsText.isEmpty()) {
-        const QRect groupsRect(area.left(), titleRect.bottom() + 1 + lineSpacing, area.width(),
-                               QFontMetrics(groups).height());
+        const QRect groupsRect(
+            area.left(), titleRect.bottom() + 1 + lineSpacing, area.width(), QFontMetrics(groups).height());
         painter->setFont(groups);
         painter->setPen(mutedColour);
         painter->drawText(groupsRect, Qt::AlignLeft | Qt::AlignVCenter,
-                          QFontMetrics(groups).elidedText(groupsText, Qt::ElideRight, groupsRect.width()));
+            QFontMetrics(groups).elidedText(groupsText, Qt::ElideRight, groupsRect.width()));
     }
     painter->restore();
 }

@@ -30,8 +30,7 @@ HostSidebarView::HostSidebarView(SSHConfigViewModel& viewModel, QWidget* parent)
 {
     setObjectName(u"hostSidebar"_s);
     m_search->setObjectName(u"hostSearchField"_s);
-    setAccessibleText(*m_search, u"Hosts zoeken"_s,
-                      u"Filtert de hostlijst op patroon, optie of groep."_s);
+    setAccessibleText(*m_search, u"Hosts zoeken"_s, u"Filtert de hostlijst op patroon, optie of groep."_s);
     m_search->setPlaceholderText(u"Search hosts / options / groups"_s);
     m_search->setClearButtonEnabled(true);
     m_reorderHint->setObjectName(u"reorderHint"_s);
@@ -55,8 +54,7 @@ HostSidebarView::HostSidebarView(SSHConfigViewModel& viewModel, QWidget* parent)
     connect(&m_viewModel, &SSHConfigViewModel::selectedGroupChanged, this, &HostSidebarView::showGroups);
     connect(&m_viewModel, &SSHConfigViewModel::selectedGroupChanged, this, &HostSidebarView::showReorderHint);
     connect(&m_viewModel, &SSHConfigViewModel::documentChanged, this, &HostSidebarView::showGroups);
-    connect(&m_viewModel, &SSHConfigViewModel::selectedHostIDChanged, this,
-            &HostSidebarView::updateNewGroupButton);
+    connect(&m_viewModel, &SSHConfigViewModel::selectedHostIDChanged, this, &HostSidebarView::updateNewGroupButton);
     showSearchText();
     showGroups();
     showReorderHint();
@@ -72,13 +70,11 @@ QWidget* HostSidebarView::makeGroupRow()
     auto* label = new QLabel(u"Groep"_s, row);
     label->setBuddy(m_groupPicker);
     m_groupPicker->setObjectName(u"groupPicker"_s);
-    setAccessibleText(*m_groupPicker, u"Groep"_s,
-                      u"Toont alleen de hosts in deze groep; All toont alle hosts."_s);
+    setAccessibleText(*m_groupPicker, u"Groep"_s, u"Toont alleen de hosts in deze groep; All toont alle hosts."_s);
     m_groupPicker->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_groupPicker->setMinimumContentsLength(8);
     m_newGroup->setObjectName(u"newGroupButton"_s);
-    setAccessibleText(*m_newGroup, u"Nieuwe groep"_s,
-                      u"Maakt een groep en koppelt die aan de geselecteerde host."_s);
+    setAccessibleText(*m_newGroup, u"Nieuwe groep"_s, u"Maakt een groep en koppelt die aan de geselecteerde host."_s);
     layout->addWidget(label);
     layout->addWidget(m_groupPicker, 1);
     layout->addWidget(m_newGroup);
@@ -93,7 +89,7 @@ void HostSidebarView::showSearchText()
 
 void HostSidebarView::showGroups()
 {
-    QStringList options{allGroupsFilter()};
+    QStringList options { allGroupsFilter() };
     options += m_viewModel.availableGroups();
     const QString& selected = m_viewModel.selectedGroup();
     // A filter on a group that no host carries any more is still in force; it stays visible as an option.

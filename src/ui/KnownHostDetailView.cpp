@@ -22,7 +22,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 QLabel* selectableLabel(QWidget* parent, const QString& objectName)
 {
@@ -69,7 +70,7 @@ KnownHostDetailView::KnownHostDetailView(SSHConfigViewModel& viewModel, QWidget*
     setObjectName(u"knownHostDetailView"_s);
     m_pages = new QStackedLayout(this);
     m_emptyState = new EmptyStateView(u"key.horizontal", u"Geen known_hosts entry geselecteerd"_s,
-                                      u"Selecteer links een known_hosts entry om acties uit te voeren."_s, this);
+        u"Selecteer links een known_hosts entry om acties uit te voeren."_s, this);
     m_emptyState->setObjectName(u"knownHostEmptyState"_s);
     m_pages->addWidget(m_emptyState);
     // An entry may list hundreds of hosts; the pane scrolls rather than growing the window.
@@ -136,8 +137,7 @@ QWidget* KnownHostDetailView::buildFactsRow()
     auto* markerTitle = new QLabel(u"Marker"_s, markerGroup);
     m_markerPicker = new QComboBox(markerGroup);
     m_markerPicker->setObjectName(u"knownHostMarkerPicker"_s);
-    setAccessibleText(*m_markerPicker, u"Marker"_s,
-                      u"Zet of verwijdert de marker van de geselecteerde entry."_s);
+    setAccessibleText(*m_markerPicker, u"Marker"_s, u"Zet of verwijdert de marker van de geselecteerde entry."_s);
     m_markerPicker->addItem(u"None"_s);
     for (KnownHostMarker marker : allKnownHostMarkers)
         m_markerPicker->addItem(knownHostMarkerTitle(marker));
@@ -167,16 +167,16 @@ QWidget* KnownHostDetailView::buildButtonRow()
     // The name follows the button's text (Comment Out or Uncomment) by itself.
     m_commentButton->setAccessibleDescription(
         u"Zet de entry als commentaar in known_hosts, of haalt het commentaar weg."_s);
-    setAccessibleText(*openHost, u"Find/Create SSH Host"_s,
-                      u"Selecteert de host met deze naam in de SSH config, of maakt er een."_s);
-    setAccessibleText(*remove, u"Remove"_s,
-                      u"Verwijdert de entry zonder te vragen; het bestand verandert pas bij opslaan."_s);
-    for (QPushButton* button : {connectButton, m_commentButton, openHost, remove})
+    setAccessibleText(
+        *openHost, u"Find/Create SSH Host"_s, u"Selecteert de host met deze naam in de SSH config, of maakt er een."_s);
+    setAccessibleText(
+        *remove, u"Remove"_s, u"Verwijdert de entry zonder te vragen; het bestand verandert pas bij opslaan."_s);
+    for (QPushButton* button : { connectButton, m_commentButton, openHost, remove })
         layout->addWidget(button);
     SSHConfigViewModel* viewModel = &m_viewModel;
     connect(connectButton, &QPushButton::clicked, viewModel, &SSHConfigViewModel::connectSelectedKnownHostEntry);
-    connect(m_commentButton, &QPushButton::clicked, viewModel,
-            &SSHConfigViewModel::toggleCommentOnSelectedKnownHostEntry);
+    connect(
+        m_commentButton, &QPushButton::clicked, viewModel, &SSHConfigViewModel::toggleCommentOnSelectedKnownHostEntry);
     connect(openHost, &QPushButton::clicked, viewModel, &SSHConfigViewModel::openSSHHostForSelectedKnownHostEntry);
     connect(remove, &QPushButton::clicked, viewModel, &SSHConfigViewModel::deleteSelectedKnownHostEntry);
     return row;
@@ -203,10 +203,10 @@ void KnownHostDetailView::connectToViewModel()
     connect(&m_viewModel, &SSHConfigViewModel::selectedKnownHostEntryIDChanged, this, &KnownHostDetailView::refresh);
     connect(&m_viewModel, &SSHConfigViewModel::knownHostsReset, this, &KnownHostDetailView::refresh);
     connect(&m_viewModel, &SSHConfigViewModel::knownHostRecordsChanged, this,
-            [this](qsizetype, qsizetype, bool lineNumberOnly) {
-                if (!lineNumberOnly)
-                    refresh();
-            });
+        [this](qsizetype, qsizetype, bool lineNumberOnly) {
+            if (!lineNumberOnly)
+                refresh();
+        });
 }
 
 void KnownHostDetailView::refresh()

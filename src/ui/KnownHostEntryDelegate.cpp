@@ -11,7 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 constexpr int verticalPadding = 2;
 constexpr int lineSpacing = 3;
@@ -34,13 +35,12 @@ struct KnownHostEntryDelegate::Lines
 
 KnownHostEntryDelegate::KnownHostEntryDelegate(QObject* parent)
     : QStyledItemDelegate(parent)
-{
-}
+{ }
 
 KnownHostEntryDelegate::Lines KnownHostEntryDelegate::linesFor(const QStyleOptionViewItem& option) const
 {
-    Lines lines{textStyleFont(TextStyle::headline, option.font), textStyleFont(TextStyle::caption, option.font),
-                textStyleFont(TextStyle::caption2, option.font), 0, 0};
+    Lines lines { textStyleFont(TextStyle::headline, option.font), textStyleFont(TextStyle::caption, option.font),
+        textStyleFont(TextStyle::caption2, option.font), 0, 0 };
     const int badgeHeight = QFontMetrics(lines.caption2).height() + 2 * badgeVerticalPadding;
     lines.firstHeight = qMax(QFontMetrics(lines.headline).height(), badgeHeight);
     lines.secondHeight = qMax(QFontMetrics(lines.caption).height(), QFontMetrics(lines.caption2).height());
@@ -52,11 +52,11 @@ QSize KnownHostEntryDelegate::sizeHint(const QStyleOptionViewItem& option, const
     Q_UNUSED(index)
     const Lines lines = linesFor(option);
     const int height = 2 * verticalPadding + lines.firstHeight + lineSpacing + lines.secondHeight + 4;
-    return {200, height};
+    return { 200, height };
 }
 
-void KnownHostEntryDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
-                                   const QModelIndex& index) const
+void KnownHostEntryDelegate::paint(
+    QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     QStyleOptionViewItem panel = option;
     initStyleOption(&panel, index);
@@ -77,8 +77,8 @@ void KnownHostEntryDelegate::paint(QPainter* painter, const QStyleOptionViewItem
     painter->restore();
 }
 
-void KnownHostEntryDelegate::paintFirstLine(QPainter* painter, const QStyleOptionViewItem& option,
-                                            const QModelIndex& index, const QRect& line) const
+void KnownHostEntryDelegate::paintFirstLine(
+    QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index, const QRect& line) const
 {
     const bool selected = option.state.testFlag(QStyle::State_Selected);
     const QColor text = option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
@@ -88,7 +88,7 @@ void KnownHostEntryDelegate::paintFirstLine(QPainter* painter, const QStyleOptio
         const QFont badgeFont = textStyleFont(TextStyle::caption2, option.font);
         const QFontMetrics metrics(badgeFont);
         const QSize badgeSize(metrics.horizontalAdvance(marker) + 2 * badgeHorizontalPadding,
-                              metrics.height() + 2 * badgeVerticalPadding);
+            metrics.height() + 2 * badgeVerticalPadding);
         const QRect badge(QPoint(line.left(), line.center().y() - badgeSize.height() / 2), badgeSize);
         QColor fill = warningOrange();
         fill.setAlphaF(selected ? 0.35F : 0.15F);
@@ -104,13 +104,13 @@ void KnownHostEntryDelegate::paintFirstLine(QPainter* painter, const QStyleOptio
     const QFont headline = textStyleFont(TextStyle::headline, option.font);
     painter->setFont(headline);
     painter->setPen(text);
-    const QString label = QFontMetrics(headline).elidedText(index.data(Qt::DisplayRole).toString(), Qt::ElideRight,
-                                                            rest.width());
+    const QString label
+        = QFontMetrics(headline).elidedText(index.data(Qt::DisplayRole).toString(), Qt::ElideRight, rest.width());
     painter->drawText(rest, Qt::AlignLeft | Qt::AlignVCenter, label);
 }
 
-void KnownHostEntryDelegate::paintSecondLine(QPainter* painter, const QStyleOptionViewItem& option,
-                                             const QModelIndex& index, const QRect& line) const
+void KnownHostEntryDelegate::paintSecondLine(
+    QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index, const QRect& line) const
 {
     const bool selected = option.state.testFlag(QStyle::State_Selected);
     QColor colour = selected ? option.palette.color(QPalette::HighlightedText) : secondaryTextColor(option.palette);
@@ -126,13 +126,14 @@ void KnownHostEntryDelegate::paintSecondLine(QPainter* painter, const QStyleOpti
     rest.setLeft(line.left() + QFontMetrics(caption).horizontalAdvance(shownKeyType) + secondLineSpacing);
     painter->setFont(textStyleFont(TextStyle::caption2, option.font));
     if (index.data(KnownHostsModel::IsCommentedOutRole).toBool())
-        rest.setLeft(rest.left() + paintSymbolText(painter, u"number", u"commented"_s, rest, colour) + secondLineSpacing);
+        rest.setLeft(
+            rest.left() + paintSymbolText(painter, u"number", u"commented"_s, rest, colour) + secondLineSpacing);
     if (index.data(KnownHostsModel::IsHashedRole).toBool())
         paintSymbolText(painter, u"lock.fill", u"hashed"_s, rest, colour);
 }
 
-int KnownHostEntryDelegate::paintSymbolText(QPainter* painter, QStringView symbol, const QString& text,
-                                            const QRect& area, const QColor& colour) const
+int KnownHostEntryDelegate::paintSymbolText(
+    QPainter* painter, QStringView symbol, const QString& text, const QRect& area, const QColor& colour) const
 {
     if (area.width() <= 0)
         return 0;

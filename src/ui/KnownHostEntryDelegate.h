@@ -24,13 +24,13 @@ private:
     struct Lines;
 
     Lines linesFor(const QStyleOptionViewItem& option) const;
-    void paintFirstLine(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index,
-                        const QRect& line) const;
-    void paintSecondLine(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index,
-                         const QRect& line) const;
+    void paintFirstLine(
+        QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index, const QRect& line) const;
+    void paintSecondLine(
+        QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index, const QRect& line) const;
     /// Paints symbol and text at the left of area and returns the width used.
-    int paintSymbolText(QPainter* painter, QStringView symbol, const QString& text, const QRect& area,
-                        const QColor& colour) const;
+    int paintSymbolText(
+        QPainter* painter, QStringView symbol, const QString& text, const QRect& area, const QColor& colour) const;
     QIcon tintedSymbol(QStringView symbol, const QColor& colour) const;
 
     mutable QHash<QString, QIcon> m_symbols;

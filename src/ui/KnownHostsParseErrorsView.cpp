@@ -11,7 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 constexpr int visibleRowsAtMost = 6;
 

@@ -38,10 +38,10 @@ KnownHostsSummaryView::KnownHostsSummaryView(SSHConfigViewModel& viewModel, QWid
     layout->addWidget(m_parseErrors);
     layout->addStretch(1);
 
-    connect(&m_viewModel, &SSHConfigViewModel::knownHostsEntryCountChanged, this,
-            &KnownHostsSummaryView::showEntryCount);
-    connect(&m_viewModel, &SSHConfigViewModel::knownHostsParseErrorsChanged, this,
-            &KnownHostsSummaryView::showParseErrors);
+    connect(
+        &m_viewModel, &SSHConfigViewModel::knownHostsEntryCountChanged, this, &KnownHostsSummaryView::showEntryCount);
+    connect(
+        &m_viewModel, &SSHConfigViewModel::knownHostsParseErrorsChanged, this, &KnownHostsSummaryView::showParseErrors);
     showEntryCount();
     showParseErrors();
 }

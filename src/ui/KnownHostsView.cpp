@@ -1,10 +1,10 @@
 #include "KnownHostsView.h"
 
 #include "AccessibleText.h"
+#include "HostKeyChangeView.h"
 #include "KnownHostDetailView.h"
 #include "KnownHostEntryDelegate.h"
 #include "KnownHostLookupBar.h"
-#include "HostKeyChangeView.h"
 #include "KnownHostsFilterModel.h"
 #include "KnownHostsModel.h"
 #include "KnownHostsParseErrorsView.h"
@@ -69,7 +69,7 @@ QWidget* KnownHostsView::buildHeader()
     m_searchField = new QLineEdit(header);
     m_searchField->setObjectName(u"knownHostsSearchField"_s);
     setAccessibleText(*m_searchField, u"known_hosts zoeken"_s,
-                      u"Filtert de entries op host, marker, sleuteltype, sleutel of commentaar."_s);
+        u"Filtert de entries op host, marker, sleuteltype, sleutel of commentaar."_s);
     m_searchField->setPlaceholderText(u"Search known_hosts"_s);
     m_searchField->setClearButtonEnabled(true);
     m_count = new QLabel(header);
@@ -87,8 +87,7 @@ QListView* KnownHostsView::buildList()
 {
     m_list = new QListView(this);
     m_list->setObjectName(u"knownHostsList"_s);
-    setAccessibleText(*m_list, u"known_hosts entries"_s,
-                      u"De entries van het known_hosts bestand."_s);
+    setAccessibleText(*m_list, u"known_hosts entries"_s, u"De entries van het known_hosts bestand."_s);
     // Before setModel, so these run ahead of the list's own handlers, which move the selection to a
     // neighbour when the selected row goes away.
     followRowChanges();
@@ -99,8 +98,8 @@ QListView* KnownHostsView::buildList()
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_list->setMinimumSize(360, 320);
-    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &KnownHostsView::listSelectionChanged);
+    connect(
+        m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this, &KnownHostsView::listSelectionChanged);
     return m_list;
 }
 
@@ -127,8 +126,7 @@ void KnownHostsView::connectToViewModel()
 {
     connect(&m_viewModel, &SSHConfigViewModel::knownHostsSearchTextChanged, this, &KnownHostsView::showSearchText);
     connect(&m_viewModel, &SSHConfigViewModel::knownHostsEntryCountChanged, this, &KnownHostsView::showEntryCount);
-    connect(&m_viewModel, &SSHConfigViewModel::selectedKnownHostEntryIDChanged, this,
-            &KnownHostsView::showSelection);
+    connect(&m_viewModel, &SSHConfigViewModel::selectedKnownHostEntryIDChanged, this, &KnownHostsView::showSelection);
 }
 
 void KnownHostsView::showSearchText()

@@ -99,9 +99,8 @@ void MainWindow::buildEditMenu()
     qApp->installEventFilter(this);
     edit->addSeparator();
     // ssh's warning is what people have on the clipboard when they come here: one keystroke finds the line.
-    QAction* pasteWarning = edit->addAction(u"Plak ssh-&waarschuwing"_s, this, [this] {
-        m_viewModel.applyHostKeyWarning(QGuiApplication::clipboard()->text());
-    });
+    QAction* pasteWarning = edit->addAction(u"Plak ssh-&waarschuwing"_s, this,
+        [this] { m_viewModel.applyHostKeyWarning(QGuiApplication::clipboard()->text()); });
     pasteWarning->setObjectName(u"pasteHostKeyWarningAction"_s);
     pasteWarning->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_V));
 }

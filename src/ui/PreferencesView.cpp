@@ -17,7 +17,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 constexpr int contentWidth = 520;
 constexpr int contentHeight = 360;
@@ -65,7 +66,7 @@ PreferencesView::PreferencesView(SSHConfigViewModel& viewModel, QWidget* parent)
 
 QSize PreferencesView::sizeHint() const
 {
-    return {contentWidth, contentHeight};
+    return { contentWidth, contentHeight };
 }
 
 QWidget* PreferencesView::buildSections()
@@ -90,8 +91,8 @@ QGroupBox* PreferencesView::buildTerminalSection(QWidget* parent)
     m_terminalForm->addRow(m_noTerminal);
     m_terminalPicker = new QComboBox(section);
     m_terminalPicker->setObjectName(u"terminalPicker"_s);
-    setAccessibleText(*m_terminalPicker, u"Gebruik voor connect"_s,
-                      u"De terminal waarin Connect het ssh-commando start."_s);
+    setAccessibleText(
+        *m_terminalPicker, u"Gebruik voor connect"_s, u"De terminal waarin Connect het ssh-commando start."_s);
     m_terminalForm->addRow(u"Gebruik voor connect"_s, m_terminalPicker);
     m_selectedTerminal = textLabel(QString(), u"selectedTerminalLabel"_s, section);
     applyTextStyle(m_selectedTerminal, TextStyle::caption);
@@ -99,8 +100,7 @@ QGroupBox* PreferencesView::buildTerminalSection(QWidget* parent)
     m_terminalForm->addRow(QString(), m_selectedTerminal); // under the picker it names
     auto* reload = new QPushButton(u"Herlaad terminal lijst"_s, section);
     reload->setObjectName(u"reloadTerminalsButton"_s);
-    setAccessibleText(*reload, u"Herlaad terminal lijst"_s,
-                      u"Zoekt opnieuw naar geïnstalleerde terminal apps."_s);
+    setAccessibleText(*reload, u"Herlaad terminal lijst"_s, u"Zoekt opnieuw naar geïnstalleerde terminal apps."_s);
     auto* reloadRow = new QHBoxLayout;
     reloadRow->addWidget(reload);
     reloadRow->addStretch(1);
@@ -144,7 +144,7 @@ void PreferencesView::connectToViewModel()
 {
     connect(&m_viewModel, &SSHConfigViewModel::availableTerminalAppsChanged, this, &PreferencesView::showTerminalApps);
     connect(&m_viewModel, &SSHConfigViewModel::selectedTerminalBundleIdentifierChanged, this,
-            &PreferencesView::showSelectedTerminal);
+        &PreferencesView::showSelectedTerminal);
     connect(&m_viewModel, &SSHConfigViewModel::knownHostsEntryCountChanged, this, &PreferencesView::showEntryCount);
     connect(&m_viewModel, &SSHConfigViewModel::lastBackupPathChanged, this, &PreferencesView::showLastBackup);
 }

@@ -14,8 +14,8 @@ class SSHConfigViewModel;
 /// section follow it.
 ///
 /// It asks for 520 by 360 without margins of its own (the window adds the default margins) and scrolls
-/// inside if a large font needs more. Object names: "terminalSection", "noTerminalLabel", "terminalPicker", "selectedTerminalLabel",
-/// "reloadTerminalsButton", "terminalExplanationLabel", "filesSection", "configPathLabel",
+/// inside if a large font needs more. Object names: "terminalSection", "noTerminalLabel", "terminalPicker",
+/// "selectedTerminalLabel", "reloadTerminalsButton", "terminalExplanationLabel", "filesSection", "configPathLabel",
 /// "knownHostsPathLabel", "knownHostsEntryCountLabel", "lastBackupSection", "lastBackupLabel".
 class PreferencesView : public QWidget
 {

@@ -22,11 +22,11 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 // The tallest the "Validatie" list grows before it scrolls.
 constexpr int maximumErrorListHeight = 120;
-
 
 } // namespace
 
@@ -57,8 +57,7 @@ QWidget* RawEditorView::makeButtonRow()
 
     auto* parseButton = new QPushButton(u"Parse"_s, row);
     parseButton->setObjectName(u"parseButton"_s);
-    setAccessibleText(*parseButton, u"Parse"_s,
-                      u"Controleert de tekst en toont de fouten onder Validatie."_s);
+    setAccessibleText(*parseButton, u"Parse"_s, u"Controleert de tekst en toont de fouten onder Validatie."_s);
     connect(parseButton, &QPushButton::clicked, &m_viewModel, &SSHConfigViewModel::parseRawText);
 
     m_saveRawAction = new QAction(u"Save Raw"_s, this);
@@ -71,8 +70,7 @@ QWidget* RawEditorView::makeButtonRow()
 
     auto* saveButton = new QPushButton(u"Save Raw"_s, row);
     saveButton->setObjectName(u"saveRawButton"_s);
-    saveButton->setToolTip(u"Save Raw ("_s + m_saveRawAction->shortcut().toString(QKeySequence::NativeText) +
-                           u")"_s);
+    saveButton->setToolTip(u"Save Raw ("_s + m_saveRawAction->shortcut().toString(QKeySequence::NativeText) + u")"_s);
     connect(saveButton, &QPushButton::clicked, m_saveRawAction, &QAction::trigger);
 
     layout->addWidget(parseButton);
@@ -87,7 +85,7 @@ QWidget* RawEditorView::makeSyntaxHelp()
     box->setObjectName(u"syntaxHelpBox"_s);
     auto* layout = new QVBoxLayout(box);
     layout->setSpacing(4);
-    const QStringList lines{
+    const QStringList lines {
         u"• Start hostblokken met: Host <alias of patroon>"_s,
         u"• Veelgebruikte opties: HostName, User, Port, IdentityFile"_s,
         u"• Forwarding opties: LocalForward, RemoteForward, DynamicForward"_s,
@@ -108,8 +106,7 @@ QWidget* RawEditorView::makeEditor()
 {
     m_editor = new QPlainTextEdit(this);
     m_editor->setObjectName(u"rawTextEditor"_s);
-    setAccessibleText(*m_editor, u"SSH config"_s,
-                      u"De volledige tekst van de SSH config."_s);
+    setAccessibleText(*m_editor, u"SSH config"_s, u"De volledige tekst van de SSH config."_s);
     QFont mono = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     mono.setPointSizeF(font().pointSizeF());
     m_editor->setFont(mono);

@@ -3,7 +3,8 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
-namespace {
+namespace
+{
 
 constexpr qreal cornerRadius = 8.0;
 // Enough inset that the content's square corners stay inside the rounded outline.

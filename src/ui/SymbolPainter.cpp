@@ -49,8 +49,8 @@ void drawTrash(QPainter& p, const QColor& c)
 {
     strokeOnly(p, c);
     p.drawLine(QPointF(4, 6.5), QPointF(20, 6.5));
-    p.drawPolyline(QPolygonF({QPointF(9.5, 6.5), QPointF(9.5, 4), QPointF(14.5, 4), QPointF(14.5, 6.5)}));
-    p.drawPolygon(QPolygonF({QPointF(6, 6.5), QPointF(7.2, 20), QPointF(16.8, 20), QPointF(18, 6.5)}));
+    p.drawPolyline(QPolygonF({ QPointF(9.5, 6.5), QPointF(9.5, 4), QPointF(14.5, 4), QPointF(14.5, 6.5) }));
+    p.drawPolygon(QPolygonF({ QPointF(6, 6.5), QPointF(7.2, 20), QPointF(16.8, 20), QPointF(18, 6.5) }));
     p.drawLine(QPointF(10, 10), QPointF(10, 16.5));
     p.drawLine(QPointF(14, 10), QPointF(14, 16.5));
 }
@@ -59,17 +59,17 @@ void drawTerminal(QPainter& p, const QColor& c)
 {
     strokeOnly(p, c);
     p.drawRoundedRect(QRectF(3, 4.5, 18, 15), 3, 3);
-    p.drawPolyline(QPolygonF({QPointF(7, 9), QPointF(10, 12), QPointF(7, 15)}));
+    p.drawPolyline(QPolygonF({ QPointF(7, 9), QPointF(10, 12), QPointF(7, 15) }));
     p.drawLine(QPointF(12.5, 15), QPointF(17, 15));
 }
 
 void drawSquareAndArrowDown(QPainter& p, const QColor& c)
 {
     strokeOnly(p, c);
-    p.drawPolyline(QPolygonF({QPointF(8, 10), QPointF(5, 10), QPointF(5, 20.5), QPointF(19, 20.5),
-                              QPointF(19, 10), QPointF(16, 10)}));
+    p.drawPolyline(QPolygonF(
+        { QPointF(8, 10), QPointF(5, 10), QPointF(5, 20.5), QPointF(19, 20.5), QPointF(19, 10), QPointF(16, 10) }));
     p.drawLine(QPointF(12, 3.5), QPointF(12, 15));
-    p.drawPolyline(QPolygonF({QPointF(8.5, 11.5), QPointF(12, 15), QPointF(15.5, 11.5)}));
+    p.drawPolyline(QPolygonF({ QPointF(8.5, 11.5), QPointF(12, 15), QPointF(15.5, 11.5) }));
 }
 
 void drawArrowClockwise(QPainter& p, const QColor& c)
@@ -79,7 +79,7 @@ void drawArrowClockwise(QPainter& p, const QColor& c)
     arc.arcMoveTo(QRectF(4, 4, 16, 16), 60);
     arc.arcTo(QRectF(4, 4, 16, 16), 60, 300);
     p.drawPath(arc);
-    p.drawPolyline(QPolygonF({QPointF(12.5, 3), QPointF(16.5, 5.2), QPointF(14, 9)}));
+    p.drawPolyline(QPolygonF({ QPointF(12.5, 3), QPointF(16.5, 5.2), QPointF(14, 9) }));
 }
 
 void drawRectangleStack(QPainter& p, const QColor& c)
@@ -93,7 +93,7 @@ void drawRectangleStack(QPainter& p, const QColor& c)
 void drawExclamationTriangle(QPainter& p, const QColor& c)
 {
     strokeOnly(p, c);
-    p.drawPolygon(QPolygonF({QPointF(12, 3.5), QPointF(21.5, 20), QPointF(2.5, 20)}));
+    p.drawPolygon(QPolygonF({ QPointF(12, 3.5), QPointF(21.5, 20), QPointF(2.5, 20) }));
     p.drawLine(QPointF(12, 9.5), QPointF(12, 14));
     fillOnly(p, c);
     p.drawEllipse(QPointF(12, 17), 1.2, 1.2);
@@ -149,7 +149,7 @@ void drawCheckmarkCircle(QPainter& p, const QColor& c)
 {
     strokeOnly(p, c);
     p.drawEllipse(QPointF(12, 12), 9, 9);
-    p.drawPolyline(QPolygonF({QPointF(8, 12.5), QPointF(11, 15.5), QPointF(16.5, 9)}));
+    p.drawPolyline(QPolygonF({ QPointF(8, 12.5), QPointF(11, 15.5), QPointF(16.5, 9) }));
 }
 
 void drawXmarkCircle(QPainter& p, const QColor& c)
@@ -170,8 +170,8 @@ void drawMagnifyingGlass(QPainter& p, const QColor& c)
 void drawDocText(QPainter& p, const QColor& c)
 {
     strokeOnly(p, c);
-    p.drawPolygon(QPolygonF({QPointF(5.5, 3), QPointF(14, 3), QPointF(18.5, 7.5), QPointF(18.5, 21),
-                             QPointF(5.5, 21)}));
+    p.drawPolygon(
+        QPolygonF({ QPointF(5.5, 3), QPointF(14, 3), QPointF(18.5, 7.5), QPointF(18.5, 21), QPointF(5.5, 21) }));
     p.drawLine(QPointF(9, 11), QPointF(15, 11));
     p.drawLine(QPointF(9, 14.5), QPointF(15, 14.5));
     p.drawLine(QPointF(9, 18), QPointF(13, 18));
@@ -206,33 +206,33 @@ struct Drawing
 
 const auto& drawings()
 {
-    static const std::array<Drawing, 17> all = {{
-        {u"plus", drawPlus},
-        {u"plus.circle", drawPlusCircle},
-        {u"trash", drawTrash},
-        {u"terminal", drawTerminal},
-        {u"square.and.arrow.down", drawSquareAndArrowDown},
-        {u"arrow.clockwise", drawArrowClockwise},
-        {u"rectangle.stack", drawRectangleStack},
-        {u"exclamationmark.triangle", drawExclamationTriangle},
-        {u"cup.and.saucer.fill", drawCupAndSaucer},
-        {u"number", drawNumber},
-        {u"lock.fill", drawLockFill},
-        {u"key.horizontal", drawKeyHorizontal},
-        {u"checkmark.circle", drawCheckmarkCircle},
-        {u"xmark.circle", drawXmarkCircle},
-        {u"magnifyingglass", drawMagnifyingGlass},
-        {u"doc.text", drawDocText},
-        {u"gearshape", drawGearshape},
-    }};
+    static const std::array<Drawing, 17> all = { {
+        { u"plus", drawPlus },
+        { u"plus.circle", drawPlusCircle },
+        { u"trash", drawTrash },
+        { u"terminal", drawTerminal },
+        { u"square.and.arrow.down", drawSquareAndArrowDown },
+        { u"arrow.clockwise", drawArrowClockwise },
+        { u"rectangle.stack", drawRectangleStack },
+        { u"exclamationmark.triangle", drawExclamationTriangle },
+        { u"cup.and.saucer.fill", drawCupAndSaucer },
+        { u"number", drawNumber },
+        { u"lock.fill", drawLockFill },
+        { u"key.horizontal", drawKeyHorizontal },
+        { u"checkmark.circle", drawCheckmarkCircle },
+        { u"xmark.circle", drawXmarkCircle },
+        { u"magnifyingglass", drawMagnifyingGlass },
+        { u"doc.text", drawDocText },
+        { u"gearshape", drawGearshape },
+    } };
     return all;
 }
 
 const Drawing* findDrawing(QStringView systemName)
 {
     const auto& all = drawings();
-    const auto found =
-        std::find_if(all.begin(), all.end(), [systemName](const Drawing& d) { return d.name == systemName; });
+    const auto found
+        = std::find_if(all.begin(), all.end(), [systemName](const Drawing& d) { return d.name == systemName; });
     return found == all.end() ? nullptr : &*found;
 }
 } // namespace

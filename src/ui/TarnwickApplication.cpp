@@ -14,13 +14,12 @@
 
 using namespace Qt::StringLiterals;
 
-TarnwickApplication::TarnwickApplication(SSHConfigViewModel& viewModel, std::optional<QUrl> donationURL,
-                                         QObject* parent)
+TarnwickApplication::TarnwickApplication(
+    SSHConfigViewModel& viewModel, std::optional<QUrl> donationURL, QObject* parent)
     : QObject(parent)
     , m_viewModel(viewModel)
     , m_donationURL(std::move(donationURL))
-{
-}
+{ }
 
 TarnwickApplication::~TarnwickApplication()
 {
@@ -34,7 +33,7 @@ std::unique_ptr<SSHConfigViewModel> TarnwickApplication::makeViewModel()
     std::shared_ptr<TerminalLaunching> launcher = makeDefaultTerminalLauncher();
     std::shared_ptr<TerminalDiscovering> discovery = makeDefaultTerminalDiscovery();
     return std::make_unique<SSHConfigViewModel>(std::make_shared<SSHFileService>(), std::move(discovery),
-                                                std::move(launcher), std::make_shared<SettingsUserDefaultsStore>());
+        std::move(launcher), std::make_shared<SettingsUserDefaultsStore>());
 }
 
 MainWindow* TarnwickApplication::openMainWindow()
@@ -75,9 +74,9 @@ void TarnwickApplication::showPreferences()
 void TarnwickApplication::showAbout(QWidget* parent)
 {
     QMessageBox::about(parent, u"About Tarnwick"_s,
-                       u"<p><b>Tarnwick</b> "_s + QApplication::applicationVersion() +
-                           u"</p><p>Edits your OpenSSH client files, ~/.ssh/config and ~/.ssh/known_hosts, "
-                           u"with a backup of the old file on every save.</p>"_s);
+        u"<p><b>Tarnwick</b> "_s + QApplication::applicationVersion()
+            + u"</p><p>Edits your OpenSSH client files, ~/.ssh/config and ~/.ssh/known_hosts, "
+              u"with a backup of the old file on every save.</p>"_s);
 }
 
 int runTarnwick(int argc, char* argv[])

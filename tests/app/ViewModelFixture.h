@@ -15,20 +15,20 @@
 
 inline TerminalApp appleTerminalApp()
 {
-    return TerminalApp(QStringLiteral("com.apple.Terminal"), QStringLiteral("Terminal"),
-                       TerminalApp::LaunchMode::appleTerminal);
+    return TerminalApp(
+        QStringLiteral("com.apple.Terminal"), QStringLiteral("Terminal"), TerminalApp::LaunchMode::appleTerminal);
 }
 
 inline TerminalApp iTermApp()
 {
-    return TerminalApp(QStringLiteral("com.googlecode.iterm2"), QStringLiteral("iTerm2"),
-                       TerminalApp::LaunchMode::iTerm2);
+    return TerminalApp(
+        QStringLiteral("com.googlecode.iterm2"), QStringLiteral("iTerm2"), TerminalApp::LaunchMode::iTerm2);
 }
 
 inline TerminalApp genericApp()
 {
-    return TerminalApp(QStringLiteral("org.example.Console"), QStringLiteral("Console"),
-                       TerminalApp::LaunchMode::generic);
+    return TerminalApp(
+        QStringLiteral("org.example.Console"), QStringLiteral("Console"), TerminalApp::LaunchMode::generic);
 }
 
 /// The view model tests use the same fixture as the widget tests: real files in a temporary directory,

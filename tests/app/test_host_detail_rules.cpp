@@ -6,11 +6,12 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 SSHHost hostWith(QList<SSHHostItem> items)
 {
-    return SSHHost({u"db"_s}, {}, true, std::move(items));
+    return SSHHost({ u"db"_s }, {}, true, std::move(items));
 }
 
 } // namespace
@@ -24,15 +25,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QStringList>("patterns");
-        QTest::newRow("one") << u"web"_s << QStringList{u"web"_s};
-        QTest::newRow("runs of blanks") << u"web  db"_s << QStringList{u"web"_s, u"db"_s};
-        QTest::newRow("tab and line break") << u"a\tb\nc\r\nd"_s << QStringList{u"a"_s, u"b"_s, u"c"_s, u"d"_s};
+        QTest::newRow("one") << u"web"_s << QStringList { u"web"_s };
+        QTest::newRow("runs of blanks") << u"web  db"_s << QStringList { u"web"_s, u"db"_s };
+        QTest::newRow("tab and line break") << u"a\tb\nc\r\nd"_s << QStringList { u"a"_s, u"b"_s, u"c"_s, u"d"_s };
         QTest::newRow("no-break and ideographic space")
-            << u"a\u00a0b\u3000c"_s << QStringList{u"a"_s, u"b"_s, u"c"_s};
-        QTest::newRow("blanks at both ends") << u" \t web \n"_s << QStringList{u"web"_s};
-        QTest::newRow("empty gives star") << QString() << QStringList{u"*"_s};
-        QTest::newRow("white space only gives star") << u" \t\n"_s << QStringList{u"*"_s};
-        QTest::newRow("commas are not separators") << u"a,b"_s << QStringList{u"a,b"_s};
+            << u"a\u00a0b\u3000c"_s << QStringList { u"a"_s, u"b"_s, u"c"_s };
+        QTest::newRow("blanks at both ends") << u" \t web \n"_s << QStringList { u"web"_s };
+        QTest::newRow("empty gives star") << QString() << QStringList { u"*"_s };
+        QTest::newRow("white space only gives star") << u" \t\n"_s << QStringList { u"*"_s };
+        QTest::newRow("commas are not separators") << u"a,b"_s << QStringList { u"a,b"_s };
     }
     void patternsFromText()
     {
@@ -49,10 +50,10 @@ private Q_SLOTS:
         QTest::newRow("empty") << QString() << QStringList();
         QTest::newRow("commas only") << u", ,,"_s << QStringList();
         QTest::newRow("blank, empty piece, trailing comma")
-            << u" werk,, klanten,"_s << QStringList{u"werk"_s, u"klanten"_s};
-        QTest::newRow("line breaks trimmed") << u"\nwerk\t,klanten\n"_s << QStringList{u"werk"_s, u"klanten"_s};
-        QTest::newRow("duplicates and case kept") << u"a, A, a"_s << QStringList{u"a"_s, u"A"_s, u"a"_s};
-        QTest::newRow("inner blanks kept") << u"mijn  klanten"_s << QStringList{u"mijn  klanten"_s};
+            << u" werk,, klanten,"_s << QStringList { u"werk"_s, u"klanten"_s };
+        QTest::newRow("line breaks trimmed") << u"\nwerk\t,klanten\n"_s << QStringList { u"werk"_s, u"klanten"_s };
+        QTest::newRow("duplicates and case kept") << u"a, A, a"_s << QStringList { u"a"_s, u"A"_s, u"a"_s };
+        QTest::newRow("inner blanks kept") << u"mijn  klanten"_s << QStringList { u"mijn  klanten"_s };
     }
     void groupsFromText()
     {
@@ -64,9 +65,9 @@ private Q_SLOTS:
 
     void optionValueIsTheFirstMatchIgnoringCase()
     {
-        const SSHHost host = hostWith({SSHHostItem::comment(u"# User commented"_s),
-                                       SSHHostItem::option(SSHOption(u"USER"_s, u" first "_s)),
-                                       SSHHostItem::option(SSHOption(u"User"_s, u"second"_s))});
+        const SSHHost host = hostWith(
+            { SSHHostItem::comment(u"# User commented"_s), SSHHostItem::option(SSHOption(u"USER"_s, u" first "_s)),
+                SSHHostItem::option(SSHOption(u"User"_s, u"second"_s)) });
         QCOMPARE(HostDetailRules::optionValue(host, u"user"), u" first "_s);
         QCOMPARE(HostDetailRules::optionValue(host, u"Port"), QString());
     }
@@ -78,14 +79,14 @@ private Q_SLOTS:
         QTest::addColumn<bool>("reported");
         QTest::addColumn<QStringList>("lines");
         QTest::newRow("found: replaced in place, key spelled as given")
-            << u" bar "_s << u"HostName"_s << true << QStringList{u"#c"_s, u"HostName=bar"_s, u"hostname=second"_s};
-        QTest::newRow("found, empty: removed") << u"  "_s << u"HOSTNAME"_s << true
-                                               << QStringList{u"#c"_s, u"hostname=second"_s};
-        QTest::newRow("missing, empty: nothing") << u"\n"_s << u"Port"_s << false
-                                                 << QStringList{u"#c"_s, u"hostname=foo"_s, u"hostname=second"_s};
-        QTest::newRow("missing: appended") << u"22"_s << u"Port"_s << true
-                                           << QStringList{u"#c"_s, u"hostname=foo"_s, u"hostname=second"_s,
-                                                          u"Port=22"_s};
+            << u" bar "_s << u"HostName"_s << true << QStringList { u"#c"_s, u"HostName=bar"_s, u"hostname=second"_s };
+        QTest::newRow("found, empty: removed")
+            << u"  "_s << u"HOSTNAME"_s << true << QStringList { u"#c"_s, u"hostname=second"_s };
+        QTest::newRow("missing, empty: nothing")
+            << u"\n"_s << u"Port"_s << false << QStringList { u"#c"_s, u"hostname=foo"_s, u"hostname=second"_s };
+        QTest::newRow("missing: appended")
+            << u"22"_s << u"Port"_s << true
+            << QStringList { u"#c"_s, u"hostname=foo"_s, u"hostname=second"_s, u"Port=22"_s };
     }
     void setOptionValue()
     {
@@ -94,8 +95,8 @@ private Q_SLOTS:
         QFETCH(bool, reported);
         QFETCH(QStringList, lines);
         const SSHOption first(u"hostname"_s, u"foo"_s);
-        SSHHost host = hostWith({SSHHostItem::comment(u"#c"_s), SSHHostItem::option(first),
-                                 SSHHostItem::option(SSHOption(u"hostname"_s, u"second"_s))});
+        SSHHost host = hostWith({ SSHHostItem::comment(u"#c"_s), SSHHostItem::option(first),
+            SSHHostItem::option(SSHOption(u"hostname"_s, u"second"_s)) });
         QCOMPARE(HostDetailRules::setOptionValue(host, value, key), reported);
         QStringList actual;
         for (const SSHHostItem& item : host.items)
@@ -108,15 +109,14 @@ private Q_SLOTS:
 
     void extraOptionsLeaveOutCommonKeysInAnyCase()
     {
-        const SSHHost host = hostWith({SSHHostItem::option(SSHOption(u"identityfile"_s, u"~/.ssh/a"_s)),
-                                       SSHHostItem::option(SSHOption(u"ForwardAgent"_s, u"yes"_s)),
-                                       SSHHostItem::blank(),
-                                       SSHHostItem::option(SSHOption(u"PORT"_s, u"22"_s)),
-                                       SSHHostItem::option(SSHOption(u"ProxyJump"_s, u"bastion"_s))});
+        const SSHHost host = hostWith({ SSHHostItem::option(SSHOption(u"identityfile"_s, u"~/.ssh/a"_s)),
+            SSHHostItem::option(SSHOption(u"ForwardAgent"_s, u"yes"_s)), SSHHostItem::blank(),
+            SSHHostItem::option(SSHOption(u"PORT"_s, u"22"_s)),
+            SSHHostItem::option(SSHOption(u"ProxyJump"_s, u"bastion"_s)) });
         QStringList keys;
         for (const SSHOption& option : HostDetailRules::extraOptions(host))
             keys.append(option.key);
-        QCOMPARE(keys, (QStringList{u"ForwardAgent"_s, u"ProxyJump"_s}));
+        QCOMPARE(keys, (QStringList { u"ForwardAgent"_s, u"ProxyJump"_s }));
     }
 };
 

@@ -59,7 +59,7 @@ private Q_SLOTS:
                 query.append(alphabet.at(pick(random)));
             query = query.toLower();
             QVERIFY2(LoweredTextSearch::contains(text, query) == text.toLower().contains(query),
-                     qPrintable(text + u" / "_s + query));
+                qPrintable(text + u" / "_s + query));
         }
     }
 
@@ -68,11 +68,11 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("texts");
         QTest::addColumn<QString>("query");
         QTest::addColumn<bool>("expected");
-        QTest::newRow("within one") << QStringList{u"alpha"_s, u"Beta"_s} << u"bet"_s << true;
-        QTest::newRow("across the blank") << QStringList{u"alpha"_s, u"Beta"_s} << u"ha be"_s << true;
-        QTest::newRow("not across without the blank") << QStringList{u"alpha"_s, u"Beta"_s} << u"habe"_s << false;
-        QTest::newRow("empty list, empty query") << QStringList{} << QString() << true;
-        QTest::newRow("empty list") << QStringList{} << u"a"_s << false;
+        QTest::newRow("within one") << QStringList { u"alpha"_s, u"Beta"_s } << u"bet"_s << true;
+        QTest::newRow("across the blank") << QStringList { u"alpha"_s, u"Beta"_s } << u"ha be"_s << true;
+        QTest::newRow("not across without the blank") << QStringList { u"alpha"_s, u"Beta"_s } << u"habe"_s << false;
+        QTest::newRow("empty list, empty query") << QStringList {} << QString() << true;
+        QTest::newRow("empty list") << QStringList {} << u"a"_s << false;
     }
 
     void joined()
@@ -83,7 +83,6 @@ private Q_SLOTS:
         QCOMPARE(LoweredTextSearch::containsInJoined(texts, query), expected);
         QCOMPARE(texts.join(u' ').toLower().contains(query), expected);
     }
-
 };
 
 QTEST_GUILESS_MAIN(TestLoweredTextSearch)

@@ -10,7 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 SSHHost hostWithPatterns(const QStringList& patterns, bool isEnabled = true)
 {
@@ -37,14 +38,14 @@ SSHConfigViewModel& makeConnectingTo(ViewModelFixture& fixture, const QString& s
         fixture.writeKnownHosts(u"["_s + name + u"]:2222 ssh-ed25519 AAAA\n"_s);
     SSHConfigViewModel& vm = fixture.make();
     if (source == u"editor"_s)
-        selectHostWithPatterns(vm, {name});
+        selectHostWithPatterns(vm, { name });
     return vm;
 }
 
 enum class Terminal { appleTerminal, none, clipboard, failing };
 
-void row(const char* tag, const QString& config, const QString& knownHosts, Terminal terminal,
-         const QString& command, const QString& status)
+void row(const char* tag, const QString& config, const QString& knownHosts, Terminal terminal, const QString& command,
+    const QString& status)
 {
     QTest::newRow(tag) << config << knownHosts << terminal << command << status;
 }
@@ -82,11 +83,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<QStringList>("patterns");
         QTest::addColumn<QString>("alias");
-        QTest::newRow("first plain") << QStringList{u"web-01"_s, u"*.lan"_s} << u"web-01"_s;
-        QTest::newRow("wildcards first") << QStringList{u"*"_s, u"!bastion"_s, u"db?"_s, u"db"_s} << u"db"_s;
-        QTest::newRow("only wildcards") << QStringList{u"*"_s, u"!bastion"_s} << QString();
-        QTest::newRow("untrimmed kept") << QStringList{u" web "_s} << u" web "_s;
-        QTest::newRow("no patterns") << QStringList{} << QString();
+        QTest::newRow("first plain") << QStringList { u"web-01"_s, u"*.lan"_s } << u"web-01"_s;
+        QTest::newRow("wildcards first") << QStringList { u"*"_s, u"!bastion"_s, u"db?"_s, u"db"_s } << u"db"_s;
+        QTest::newRow("only wildcards") << QStringList { u"*"_s, u"!bastion"_s } << QString();
+        QTest::newRow("untrimmed kept") << QStringList { u" web "_s } << u" web "_s;
+        QTest::newRow("no patterns") << QStringList {} << QString();
     }
 
     void connectableAlias()
@@ -108,7 +109,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("status");
         const QString started = u"Verbinding gestart in Terminal: "_s;
         const QString noTerminal = u"Geen terminal app beschikbaar. Kies er één in Preferences."_s;
-        const QString unusable = u"Geen direct bruikbare host in deze known_hosts entry (mogelijk hashed of wildcard)."_s;
+        const QString unusable
+            = u"Geen direct bruikbare host in deze known_hosts entry (mogelijk hashed of wildcard)."_s;
         const Terminal ok = Terminal::appleTerminal;
         row("host: plain alias", u"Host web-01 *.lan\n"_s, {}, ok, u"ssh web-01"_s, started + u"web-01"_s);
         row("host: quote in alias", u"Host it's\n"_s, {}, ok, u"ssh 'it'\\''s'"_s, started + u"it's"_s);
@@ -136,8 +138,8 @@ private Q_SLOTS:
         row("entry: no terminal", {}, u"web ssh-rsa AAAA\n"_s, Terminal::none, {}, noTerminal);
         const QString longest(maximumConnectNameLength, u'a');
         row("host: longest name", u"Host "_s + longest + u"\n"_s, {}, ok, u"ssh "_s + longest, started + longest);
-        row("entry: dash inside a bracketed host", {}, u"[web-01]:2222 ssh-rsa AAAA\n"_s, ok,
-            u"ssh -p 2222 web-01"_s, started + u"web-01:2222"_s);
+        row("entry: dash inside a bracketed host", {}, u"[web-01]:2222 ssh-rsa AAAA\n"_s, ok, u"ssh -p 2222 web-01"_s,
+            started + u"web-01:2222"_s);
         row("entry: dash after user", {}, u"deploy@-x ssh-rsa AAAA\n"_s, ok, u"ssh deploy@-x"_s,
             started + u"deploy@-x"_s);
     }
@@ -153,7 +155,7 @@ private Q_SLOTS:
         if (terminal == Terminal::none)
             fixture.discovery->apps.clear();
         if (terminal == Terminal::clipboard) {
-            fixture.discovery->apps = {genericApp()};
+            fixture.discovery->apps = { genericApp() };
             fixture.launcher->putsOnClipboard = true;
         }
         if (terminal == Terminal::failing)
@@ -168,7 +170,7 @@ private Q_SLOTS:
         if (!command.isEmpty()) {
             QCOMPARE(fixture.launcher->calls.first().command, command);
             QCOMPARE(fixture.launcher->calls.first().app,
-                     terminal == Terminal::clipboard ? genericApp() : appleTerminalApp());
+                terminal == Terminal::clipboard ? genericApp() : appleTerminalApp());
         }
     }
 
@@ -190,21 +192,21 @@ private Q_SLOTS:
         QTest::newRow("config: NUL") << u"config"_s << u"web\u0000x"_s << control.arg(u"0000"_s);
         QTest::newRow("config: DEL") << u"config"_s << u"web\u007fx"_s << control.arg(u"007F"_s);
         QTest::newRow("config: 200,000 characters") << u"config"_s << huge << tooLong;
-        QTest::newRow("editor: option with a blank") << u"editor"_s << u"-oProxyCommand=touch x"_s
-                                                     << u"Deze hostnaam (\"-oProxyCommand=touch x"_s + dash;
+        QTest::newRow("editor: option with a blank")
+            << u"editor"_s << u"-oProxyCommand=touch x"_s << u"Deze hostnaam (\"-oProxyCommand=touch x"_s + dash;
         QTest::newRow("editor: NUL") << u"editor"_s << u"web\u0000x"_s << control.arg(u"0000"_s);
         QTest::newRow("editor: tab") << u"editor"_s << u"web\tx"_s << control.arg(u"0009"_s);
         QTest::newRow("editor: line feed") << u"editor"_s << u"web\nrm -rf x"_s << control.arg(u"000A"_s);
         QTest::newRow("editor: DEL") << u"editor"_s << u"web\u007f"_s << control.arg(u"007F"_s);
         QTest::newRow("editor: C1") << u"editor"_s << u"web\u0085"_s << control.arg(u"0085"_s);
         QTest::newRow("editor: 200,000 characters") << u"editor"_s << huge << tooLong;
-        QTest::newRow("known_hosts: option") << u"known_hosts"_s << u"-oFoo=bar"_s
-                                             << u"Deze hostnaam (\"-oFoo=bar"_s + dash;
+        QTest::newRow("known_hosts: option")
+            << u"known_hosts"_s << u"-oFoo=bar"_s << u"Deze hostnaam (\"-oFoo=bar"_s + dash;
         QTest::newRow("known_hosts: NUL") << u"known_hosts"_s << u"web\u0000x"_s << control.arg(u"0000"_s);
         QTest::newRow("known_hosts: DEL") << u"known_hosts"_s << u"web\u007f"_s << control.arg(u"007F"_s);
         QTest::newRow("known_hosts: 200,000 characters") << u"known_hosts"_s << huge << tooLong;
-        QTest::newRow("known_hosts with port: option") << u"known_hosts port"_s << u"-oFoo"_s
-                                                       << u"Deze hostnaam (\"-oFoo"_s + dash;
+        QTest::newRow("known_hosts with port: option")
+            << u"known_hosts port"_s << u"-oFoo"_s << u"Deze hostnaam (\"-oFoo"_s + dash;
         QTest::newRow("known_hosts with port: NUL") << u"known_hosts port"_s << u"a\u0000b"_s << control.arg(u"0000"_s);
         QTest::newRow("known_hosts with port: 200,000 characters") << u"known_hosts port"_s << huge << tooLong;
     }
@@ -230,8 +232,9 @@ private Q_SLOTS:
         const QString port(5000, u'2');
         SSHConfigViewModel& vm = fixture.make({}, u"[gitbox]:"_s + port + u" ssh-ed25519 AAAA\n"_s);
         vm.connectSelectedKnownHostEntry();
-        QCOMPARE(vm.statusMessage(), u"Dit poortnummer (\""_s + QString(40, u'2')
-                     + u"…\") is te lang om aan ssh door te geven (5000 tekens, hooguit 1024); niet verbonden."_s);
+        QCOMPARE(vm.statusMessage(),
+            u"Dit poortnummer (\""_s + QString(40, u'2')
+                + u"…\") is te lang om aan ssh door te geven (5000 tekens, hooguit 1024); niet verbonden."_s);
         QCOMPARE(fixture.launcher->calls.size(), 0);
     }
 
@@ -242,8 +245,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("status");
         QTest::newRow("disabled host") << u"# Host -oFoo\n#     HostName x\n"_s << QString()
                                        << u"Host is uitgeschakeld en kan niet direct verbinden."_s;
-        QTest::newRow("commented-out entry") << QString() << u"# -oFoo ssh-rsa AAAA\n"_s
-                                             << u"Deze known_hosts entry is uitgecommentarieerd."_s;
+        QTest::newRow("commented-out entry")
+            << QString() << u"# -oFoo ssh-rsa AAAA\n"_s << u"Deze known_hosts entry is uitgecommentarieerd."_s;
         QTest::newRow("user at bracketed port") << QString() << u"ops@[-oFoo]:2200 ssh-rsa AAAA\n"_s
                                                 << u"Geen direct bruikbare host in deze known_hosts entry (mogelijk "
                                                    u"hashed of wildcard)."_s;
@@ -269,22 +272,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("source");
         QTest::addColumn<QString>("name");
         QTest::addColumn<QStringList>("arguments");
-        const QList<QString> names{u"it's"_s,
-                                   u"say\"hi\""_s,
-                                   u"$(touch${IFS}pwned)"_s,
-                                   u"`touch${IFS}pwned`"_s,
-                                   u"a;touch${IFS}pwned"_s,
-                                   u"a&&touch${IFS}pwned"_s,
-                                   u"a|b>c<d"_s};
+        const QList<QString> names { u"it's"_s, u"say\"hi\""_s, u"$(touch${IFS}pwned)"_s, u"`touch${IFS}pwned`"_s,
+            u"a;touch${IFS}pwned"_s, u"a&&touch${IFS}pwned"_s, u"a|b>c<d"_s };
         for (const QString& name : names) {
-            QTest::addRow("config: %s", qPrintable(name)) << u"config"_s << name << QStringList{name};
-            QTest::addRow("known_hosts: %s", qPrintable(name)) << u"known_hosts"_s << name << QStringList{name};
+            QTest::addRow("config: %s", qPrintable(name)) << u"config"_s << name << QStringList { name };
+            QTest::addRow("known_hosts: %s", qPrintable(name)) << u"known_hosts"_s << name << QStringList { name };
             QTest::addRow("known_hosts with port: %s", qPrintable(name))
-                << u"known_hosts port"_s << name << QStringList{u"-p"_s, u"2222"_s, name};
+                << u"known_hosts port"_s << name << QStringList { u"-p"_s, u"2222"_s, name };
         }
         // Names with blanks cannot come from either file, but the host editor can store them.
-        QTest::newRow("editor: blanks and quotes") << u"editor"_s << u"my 'quoted' \"host\" && rm x"_s
-                                                   << QStringList{u"my 'quoted' \"host\" && rm x"_s};
+        QTest::newRow("editor: blanks and quotes")
+            << u"editor"_s << u"my 'quoted' \"host\" && rm x"_s << QStringList { u"my 'quoted' \"host\" && rm x"_s };
     }
 
     void commandsSurviveTheShell()
@@ -309,7 +307,7 @@ private Q_SLOTS:
         environment.insert(u"PATH"_s, bin + u":/usr/bin:/bin"_s);
         shell.setProcessEnvironment(environment);
         shell.setWorkingDirectory(fixture.directory.path());
-        shell.start(u"/bin/sh"_s, {u"-c"_s, fixture.launcher->calls.first().command});
+        shell.start(u"/bin/sh"_s, { u"-c"_s, fixture.launcher->calls.first().command });
         QVERIFY(shell.waitForFinished());
         QCOMPARE(shell.exitCode(), 0);
         QStringList expected;
@@ -319,7 +317,6 @@ private Q_SLOTS:
         QCOMPARE(QString::fromUtf8(shell.readAllStandardError()), QString());
         QVERIFY(!QFile::exists(fixture.directory.filePath(u"pwned"_s)));
     }
-
 };
 
 QTEST_GUILESS_MAIN(TestViewModelConnect)

@@ -71,14 +71,16 @@ private Q_SLOTS:
         const QString path = configBroken ? fixture.configPath() : fixture.knownHostsPath();
         QVERIFY(writeBytes(path, latin1Config));
         SSHConfigViewModel& vm = fixture.make();
-        QVERIFY(vm.statusMessage().endsWith(u" Het bestand "_s + path + u" is niet geladen en wordt niet opgeslagen."_s));
+        QVERIFY(
+            vm.statusMessage().endsWith(u" Het bestand "_s + path + u" is niet geladen en wordt niet opgeslagen."_s));
         QCOMPARE(configBroken ? vm.configUnreadable() : vm.knownHostsUnreadable(), true);
 
         // An edit that would otherwise be saved: a new host, or a marker on no entry at all.
         vm.addHost();
         vm.setActiveEditorTab(tab);
         vm.saveCurrentTab();
-        QCOMPARE(vm.statusMessage(), u"Niet opgeslagen: "_s + path + u" kon niet gelezen worden en is niet gewijzigd."_s);
+        QCOMPARE(
+            vm.statusMessage(), u"Niet opgeslagen: "_s + path + u" kon niet gelezen worden en is niet gewijzigd."_s);
         QCOMPARE(readBytes(path), latin1Config);
         QVERIFY(WindowFixture::backupsOf(path).isEmpty());
 
@@ -117,23 +119,23 @@ private Q_SLOTS:
         selectEntry(vm, u"alpha"_s);
 
         fixture.writeConfig(u"Host first\nHost beta\n    Port 2222\n"_s);
-        QTRY_COMPARE(firstPatterns(vm.document().hosts), (QStringList{u"first"_s, u"beta"_s}));
+        QTRY_COMPARE(firstPatterns(vm.document().hosts), (QStringList { u"first"_s, u"beta"_s }));
         QCOMPARE(selectedHostName(vm), u"beta"_s);
         QCOMPARE(vm.statusMessage(),
-                 u"Het bestand "_s + fixture.configPath() + u" is buiten Tarnwick gewijzigd en opnieuw geladen."_s);
+            u"Het bestand "_s + fixture.configPath() + u" is buiten Tarnwick gewijzigd en opnieuw geladen."_s);
         QCOMPARE(vm.configChangeNotice().kind, NoticeKind::none);
-        QCOMPARE(entryHosts(vm), QStringList{u"alpha"_s});
+        QCOMPARE(entryHosts(vm), QStringList { u"alpha"_s });
         QVERIFY(vm.knownHostsDirty());
 
         // known_hosts has unsaved edits, so appended lines are merged instead of reloaded.
         QVERIFY(appendBytes(fixture.knownHostsPath(), appendedLine.toUtf8()));
-        QTRY_COMPARE(entryHosts(vm), (QStringList{u"alpha"_s, u"gamma"_s}));
+        QTRY_COMPARE(entryHosts(vm), (QStringList { u"alpha"_s, u"gamma"_s }));
         QCOMPARE(selectedEntryHost(vm), u"alpha"_s);
         QCOMPARE(vm.knownHostsChangeNotice().kind, NoticeKind::merged);
         QVERIFY(vm.knownHostsChangeNotice().text.contains(u"1 regel toegevoegd"_s));
         vm.saveKnownHosts();
         QCOMPARE(WindowFixture::readText(fixture.knownHostsPath()),
-                 u"alpha ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIAlpha\n"_s + appendedLine);
+            u"alpha ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIAlpha\n"_s + appendedLine);
         QCOMPARE(vm.knownHostsChangeNotice().kind, NoticeKind::none);
     }
 
@@ -146,14 +148,14 @@ private Q_SLOTS:
         const QString alpha = u"alpha ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIAlpha"_s;
         const QString beta = u"beta ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIBeta"_s;
         const QString gamma = appendedLine.chopped(1);
-        QTest::newRow("after a final line break") << alpha + u'\n' + beta + u'\n' << appendedLine.toUtf8()
-                                                  << alpha + u'\n' + gamma + u'\n' << 2;
+        QTest::newRow("after a final line break")
+            << alpha + u'\n' + beta + u'\n' << appendedLine.toUtf8() << alpha + u'\n' + gamma + u'\n' << 2;
         // ssh first ends a last line that has no line break of its own.
         QTest::newRow("after a last line without line break")
             << alpha + u'\n' + beta << "\n"_ba + appendedLine.toUtf8() << alpha + u'\n' + gamma + u'\n' << 2;
-        QTest::newRow("two lines, one unreadable") << alpha + u'\n' + beta + u'\n'
-                                                   << appendedLine.toUtf8() + "garbage\n"
-                                                   << alpha + u'\n' + gamma + u"\ngarbage\n"_s << 2;
+        QTest::newRow("two lines, one unreadable")
+            << alpha + u'\n' + beta + u'\n' << appendedLine.toUtf8() + "garbage\n"
+            << alpha + u'\n' + gamma + u"\ngarbage\n"_s << 2;
     }
 
     void appendedLinesMerge()
@@ -214,8 +216,8 @@ private Q_SLOTS:
 
         vm.setActiveEditorTab(config ? EditorTab::structured : EditorTab::knownHosts);
         vm.saveCurrentTab();
-        QCOMPARE(vm.statusMessage(), u"Niet opgeslagen: "_s + path
-                                         + u" is buiten Tarnwick gewijzigd. Kies Herladen of Mijn versie bewaren."_s);
+        QCOMPARE(vm.statusMessage(),
+            u"Niet opgeslagen: "_s + path + u" is buiten Tarnwick gewijzigd. Kies Herladen of Mijn versie bewaren."_s);
         QCOMPARE(readBytes(path), theirs);
 
         if (keepMine) {
@@ -229,9 +231,9 @@ private Q_SLOTS:
             vm.reloadChangedFile(file);
             QCOMPARE(noticeOf(vm, file).kind, NoticeKind::none);
             if (config)
-                QCOMPARE(firstPatterns(vm.document().hosts), QStringList{u"theirs"_s});
+                QCOMPARE(firstPatterns(vm.document().hosts), QStringList { u"theirs"_s });
             else
-                QCOMPARE(entryHosts(vm), QStringList{u"gamma"_s});
+                QCOMPARE(entryHosts(vm), QStringList { u"gamma"_s });
             QVERIFY(!vm.rawEditorDirty() && !vm.knownHostsDirty());
         }
     }

@@ -10,7 +10,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 QStringList rowTexts(const QAbstractItemModel& model, int role = Qt::DisplayRole)
 {
@@ -31,7 +32,7 @@ private Q_SLOTS:
     {
         if (!m_keygen.isAvailable())
             QSKIP("ssh-keygen is not installed");
-        const QStringList types{u"ed25519"_s, u"rsa"_s, u"ecdsa"_s};
+        const QStringList types { u"ed25519"_s, u"rsa"_s, u"ecdsa"_s };
         for (const QString& type : types) {
             const QString key = m_keygen.generatePublicKey(type);
             QVERIFY2(!key.isEmpty(), qPrintable(type));
@@ -39,7 +40,7 @@ private Q_SLOTS:
         }
         m_text += u"broken.example ssh-ed25519 not*base64\n"_s;
         const QString path = m_keygen.writeFile(u"known_hosts"_s, m_text);
-        for (const QString& line : m_keygen.run({u"-l"_s, u"-f"_s, path}).output.split(u'\n', Qt::SkipEmptyParts))
+        for (const QString& line : m_keygen.run({ u"-l"_s, u"-f"_s, path }).output.split(u'\n', Qt::SkipEmptyParts))
             m_sshKeygenFingerprints.insert(line.section(u' ', 2, 2), line.section(u' ', 1, 1));
         QCOMPARE(m_sshKeygenFingerprints.size(), types.size());
     }
@@ -49,7 +50,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("host");
         QTest::addColumn<int>("prefixLength");
         QTest::addColumn<QString>("prefix");
-        for (const char* host : {"ed25519.example", "rsa.example", "ecdsa.example"}) {
+        for (const char* host : { "ed25519.example", "rsa.example", "ecdsa.example" }) {
             QTest::addRow("%s whole", host) << QString::fromLatin1(host) << -1 << u"SHA256:"_s;
             QTest::addRow("%s first letters", host) << QString::fromLatin1(host) << 12 << u"SHA256:"_s;
             QTest::addRow("%s lower-case prefix", host) << QString::fromLatin1(host) << -1 << u"sha256:"_s;
@@ -68,11 +69,11 @@ private Q_SLOTS:
         QStringList found;
         for (const KnownHostEntry& entry : vm.filteredKnownHostEntries())
             found.append(entry.firstHost().toString());
-        QCOMPARE(found, QStringList{host});
+        QCOMPARE(found, QStringList { host });
         // The list of the tab applies the same rule.
         KnownHostsModel model(vm);
         KnownHostsFilterModel filter(model);
-        QCOMPARE(rowTexts(filter), QStringList{host});
+        QCOMPARE(rowTexts(filter), QStringList { host });
     }
 
     void fingerprintIsCaseSensitiveAfterThePrefix()

@@ -5,7 +5,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 const QString listConfig = u"Host prod-db\n"
                            "# Group: Production\n"
@@ -32,17 +33,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("group");
         QTest::addColumn<QStringList>("expected");
         QTest::addColumn<bool>("canReorder");
-        const QStringList all{u"prod-db"_s, u"web"_s, u"util"_s, u"admin-box"_s, u"lower"_s};
+        const QStringList all { u"prod-db"_s, u"web"_s, u"util"_s, u"admin-box"_s, u"lower"_s };
         QTest::newRow("no filter") << QString() << u"All"_s << all << true;
         QTest::newRow("blanks only") << u"   "_s << u"All"_s << all << true;
-        QTest::newRow("pattern, group and option value") << u"prod"_s << u"All"_s
-                                                         << QStringList{u"prod-db"_s, u"web"_s, u"util"_s} << false;
-        QTest::newRow("key blank value") << u"user admin"_s << u"All"_s << QStringList{u"admin-box"_s} << false;
-        QTest::newRow("upper-case query, padded") << u"  WWW.EXAMPLE "_s << u"All"_s << QStringList{u"web"_s} << false;
-        QTest::newRow("comment text not searched") << u"comment only"_s << u"All"_s << QStringList{} << false;
-        QTest::newRow("group filter ignores case") << QString() << u"production"_s << QStringList{u"web"_s} << false;
-        QTest::newRow("lower-case all is a real group") << QString() << u"all"_s << QStringList{u"lower"_s} << false;
-        QTest::newRow("group and search") << u"util"_s << u"Production"_s << QStringList{} << false;
+        QTest::newRow("pattern, group and option value")
+            << u"prod"_s << u"All"_s << QStringList { u"prod-db"_s, u"web"_s, u"util"_s } << false;
+        QTest::newRow("key blank value") << u"user admin"_s << u"All"_s << QStringList { u"admin-box"_s } << false;
+        QTest::newRow("upper-case query, padded")
+            << u"  WWW.EXAMPLE "_s << u"All"_s << QStringList { u"web"_s } << false;
+        QTest::newRow("comment text not searched") << u"comment only"_s << u"All"_s << QStringList {} << false;
+        QTest::newRow("group filter ignores case") << QString() << u"production"_s << QStringList { u"web"_s } << false;
+        QTest::newRow("lower-case all is a real group") << QString() << u"all"_s << QStringList { u"lower"_s } << false;
+        QTest::newRow("group and search") << u"util"_s << u"Production"_s << QStringList {} << false;
     }
 
     void filteredHosts()
@@ -63,15 +65,15 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("config");
         QTest::addColumn<QStringList>("expected");
-        QTest::newRow("first spelling, trimmed") << u"# Group: Prod\nHost a\n# Group: prod \nHost b\n"_s
-                                                 << QStringList{u"Prod"_s};
+        QTest::newRow("first spelling, trimmed")
+            << u"# Group: Prod\nHost a\n# Group: prod \nHost b\n"_s << QStringList { u"Prod"_s };
         QTest::newRow("locale order ignoring case") << u"# Group: gamma, Beta\nHost a\n# Group: alpha\nHost b\n"_s
-                                                    << QStringList{u"alpha"_s, u"Beta"_s, u"gamma"_s};
-        QTest::newRow("group comment without hosts") << u"#   GROUP:  Staging  \n# Groups: x\n"_s
-                                                     << QStringList{u"Staging"_s};
-        QTest::newRow("trailing group label after the last host") << u"Host a\n# Group: Later\n"_s
-                                                                 << QStringList{u"Later"_s};
-        QTest::newRow("none") << u"Host a\n"_s << QStringList{};
+                                                    << QStringList { u"alpha"_s, u"Beta"_s, u"gamma"_s };
+        QTest::newRow("group comment without hosts")
+            << u"#   GROUP:  Staging  \n# Groups: x\n"_s << QStringList { u"Staging"_s };
+        QTest::newRow("trailing group label after the last host")
+            << u"Host a\n# Group: Later\n"_s << QStringList { u"Later"_s };
+        QTest::newRow("none") << u"Host a\n"_s << QStringList {};
     }
 
     void availableGroups()
@@ -110,18 +112,18 @@ private Q_SLOTS:
         QTest::addColumn<QList<qsizetype>>("from");
         QTest::addColumn<qsizetype>("to");
         QTest::addColumn<QStringList>("expected");
-        QTest::newRow("first to end") << QList<qsizetype>{0} << qsizetype(5)
-                                      << QStringList{u"b"_s, u"c"_s, u"d"_s, u"e"_s, u"a"_s};
-        QTest::newRow("last to front") << QList<qsizetype>{4} << qsizetype(0)
-                                       << QStringList{u"e"_s, u"a"_s, u"b"_s, u"c"_s, u"d"_s};
-        QTest::newRow("two apart, down") << QList<qsizetype>{0, 2} << qsizetype(4)
-                                         << QStringList{u"b"_s, u"d"_s, u"a"_s, u"c"_s, u"e"_s};
-        QTest::newRow("two apart, up") << QList<qsizetype>{3, 1} << qsizetype(0)
-                                       << QStringList{u"b"_s, u"d"_s, u"a"_s, u"c"_s, u"e"_s};
-        QTest::newRow("onto itself") << QList<qsizetype>{2} << qsizetype(2)
-                                     << QStringList{u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s};
-        QTest::newRow("out of range ignored") << QList<qsizetype>{9, 1} << qsizetype(99)
-                                              << QStringList{u"a"_s, u"c"_s, u"d"_s, u"e"_s, u"b"_s};
+        QTest::newRow("first to end") << QList<qsizetype> { 0 } << qsizetype(5)
+                                      << QStringList { u"b"_s, u"c"_s, u"d"_s, u"e"_s, u"a"_s };
+        QTest::newRow("last to front") << QList<qsizetype> { 4 } << qsizetype(0)
+                                       << QStringList { u"e"_s, u"a"_s, u"b"_s, u"c"_s, u"d"_s };
+        QTest::newRow("two apart, down") << QList<qsizetype> { 0, 2 } << qsizetype(4)
+                                         << QStringList { u"b"_s, u"d"_s, u"a"_s, u"c"_s, u"e"_s };
+        QTest::newRow("two apart, up") << QList<qsizetype> { 3, 1 } << qsizetype(0)
+                                       << QStringList { u"b"_s, u"d"_s, u"a"_s, u"c"_s, u"e"_s };
+        QTest::newRow("onto itself") << QList<qsizetype> { 2 } << qsizetype(2)
+                                     << QStringList { u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s };
+        QTest::newRow("out of range ignored")
+            << QList<qsizetype> { 9, 1 } << qsizetype(99) << QStringList { u"a"_s, u"c"_s, u"d"_s, u"e"_s, u"b"_s };
     }
 
     void moveHosts()
@@ -155,9 +157,9 @@ private Q_SLOTS:
         SSHConfigViewModel& vm = fixture.make(u"Host a\nHost b\n"_s);
         vm.setSearchText(search);
         vm.setSelectedGroup(group);
-        vm.moveHosts({0}, 2);
+        vm.moveHosts({ 0 }, 2);
         QCOMPARE(vm.statusMessage(), u"Reorder kan alleen zonder actieve filters."_s);
-        QCOMPARE(firstPatterns(vm.document().hosts), (QStringList{u"a"_s, u"b"_s}));
+        QCOMPARE(firstPatterns(vm.document().hosts), (QStringList { u"a"_s, u"b"_s }));
         QVERIFY(!vm.rawEditorDirty());
     }
 
@@ -181,8 +183,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("group");
         QTest::addColumn<QStringList>("groups");
-        QTest::newRow("no group filter") << u"All"_s << QStringList{};
-        QTest::newRow("group filter") << u"Production"_s << QStringList{u"Production"_s};
+        QTest::newRow("no group filter") << u"All"_s << QStringList {};
+        QTest::newRow("group filter") << u"Production"_s << QStringList { u"Production"_s };
     }
 
     void addHost()
@@ -195,7 +197,7 @@ private Q_SLOTS:
         vm.addHost();
         const SSHHost added = vm.document().hosts.last();
         QCOMPARE(vm.selectedHostID(), std::optional<QUuid>(added.id()));
-        QCOMPARE(added.patterns, QStringList{u"new-host"_s});
+        QCOMPARE(added.patterns, QStringList { u"new-host"_s });
         QCOMPARE(added.groups, groups);
         QVERIFY(added.isEnabled);
         QCOMPARE(added.items.size(), 2);
@@ -249,7 +251,7 @@ private Q_SLOTS:
         SSHConfigViewModel& vm = fixture.make(u"Host a\nHost b\n"_s);
         SSHHost edited = vm.host(1);
         edited.isEnabled = false;
-        edited.patterns = {u"b2"_s};
+        edited.patterns = { u"b2"_s };
         vm.updateHost(edited, 1);
         QCOMPARE(vm.host(1), edited);
         QVERIFY(vm.rawEditorDirty());
@@ -265,20 +267,20 @@ private Q_SLOTS:
         QTest::addColumn<QString>("group");
         QTest::addColumn<QStringList>("selectedGroups");
         QTest::newRow("blank name") << u"   "_s << true << false << u"Geef een geldige groepsnaam op."_s << u"All"_s
-                                    << QStringList{u"Web"_s};
-        QTest::newRow("existing, other case") << u" web "_s << true << true << u"Groep bestaat al: Web"_s << u"Web"_s
-                                              << QStringList{u"Web"_s};
-        QTest::newRow("existing without selection") << u"WEB"_s << false << true << u"Groep bestaat al: Web"_s
-                                                    << u"Web"_s << QStringList{};
+                                    << QStringList { u"Web"_s };
+        QTest::newRow("existing, other case")
+            << u" web "_s << true << true << u"Groep bestaat al: Web"_s << u"Web"_s << QStringList { u"Web"_s };
+        QTest::newRow("existing without selection")
+            << u"WEB"_s << false << true << u"Groep bestaat al: Web"_s << u"Web"_s << QStringList {};
         QTest::newRow("new without selection")
             << u"Staging"_s << false << false << u"Selecteer eerst een host om een nieuwe groep aan te koppelen."_s
-            << u"All"_s << QStringList{};
-        QTest::newRow("new with selection") << u" Staging "_s << true << true
-                                            << u"Groep aangemaakt en gekoppeld: Staging"_s << u"Staging"_s
-                                            << QStringList{u"Web"_s, u"Staging"_s};
-        QTest::newRow("All is new unless carried") << u"All"_s << true << true
-                                                   << u"Groep aangemaakt en gekoppeld: All"_s << u"All"_s
-                                                   << QStringList{u"Web"_s, u"All"_s};
+            << u"All"_s << QStringList {};
+        QTest::newRow("new with selection")
+            << u" Staging "_s << true << true << u"Groep aangemaakt en gekoppeld: Staging"_s << u"Staging"_s
+            << QStringList { u"Web"_s, u"Staging"_s };
+        QTest::newRow("All is new unless carried")
+            << u"All"_s << true << true << u"Groep aangemaakt en gekoppeld: All"_s << u"All"_s
+            << QStringList { u"Web"_s, u"All"_s };
     }
 
     void createGroup()
@@ -300,7 +302,6 @@ private Q_SLOTS:
             QCOMPARE(vm.host(0).groups, selectedGroups);
         QCOMPARE(vm.rawEditorDirty(), status.startsWith(u"Groep aangemaakt"_s));
     }
-
 };
 
 QTEST_GUILESS_MAIN(TestViewModelHostList)

@@ -23,9 +23,9 @@ private Q_SLOTS:
         const QString key = m_keygen.generatePublicKey(u"ed25519"_s);
         const QString other = m_keygen.generatePublicKey(u"ecdsa"_s);
         const QString path = m_keygen.writeFile(u"known_hosts"_s,
-                                                u"web-1,10.0.0.5 "_s + key + u"\nweb-1 "_s + other + u"\n[web-1]:2222 "_s
-                                                    + key + u"\ndb-1 "_s + key + u"\n"_s);
-        QCOMPARE(m_keygen.run({u"-H"_s, u"-f"_s, path}).exitCode, 0);
+            u"web-1,10.0.0.5 "_s + key + u"\nweb-1 "_s + other + u"\n[web-1]:2222 "_s + key + u"\ndb-1 "_s + key
+                + u"\n"_s);
+        QCOMPARE(m_keygen.run({ u"-H"_s, u"-f"_s, path }).exitCode, 0);
         m_hashedText = SshKeygen::readFile(path);
         m_path = path;
     }
@@ -123,7 +123,7 @@ private:
     {
         static const QRegularExpression found(u"^# Host .* found: line (\\d+)"_s, QRegularExpression::MultilineOption);
         QList<int> lines;
-        const QString output = m_keygen.run({u"-F"_s, name, u"-f"_s, m_path}).output;
+        const QString output = m_keygen.run({ u"-F"_s, name, u"-f"_s, m_path }).output;
         for (auto it = found.globalMatch(output); it.hasNext();)
             lines.append(it.next().captured(1).toInt());
         return lines;

@@ -5,14 +5,15 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 using Seed = SSHConfigViewModel::KnownHostSeed;
 
 KnownHostEntry entryWithHosts(const QStringList& hosts)
 {
-    return KnownHostEntry(createRandomUuid(), 1, std::nullopt, hosts, u"ssh-ed25519"_s, u"AAAA"_s, QString(), false,
-                          false);
+    return KnownHostEntry(
+        createRandomUuid(), 1, std::nullopt, hosts, u"ssh-ed25519"_s, u"AAAA"_s, QString(), false, false);
 }
 
 QStringList filteredHosts(const SSHConfigViewModel& vm)
@@ -47,17 +48,17 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("query");
         QTest::addColumn<QStringList>("expected");
-        const QStringList all{u"alpha"_s, u"beta"_s, u"*.corp"_s, u"gamma"_s};
+        const QStringList all { u"alpha"_s, u"beta"_s, u"*.corp"_s, u"gamma"_s };
         QTest::newRow("empty lists all") << QString() << all;
         QTest::newRow("blanks only list all") << u"   "_s << all;
-        QTest::newRow("marker text") << u"revoked"_s << QStringList{u"beta"_s};
-        QTest::newRow("key type") << u"ssh-ed25519"_s << QStringList{u"alpha"_s, u"*.corp"_s, u"gamma"_s};
-        QTest::newRow("comment word, upper case, padded") << u"  LAPTOP "_s << QStringList{u"alpha"_s};
-        QTest::newRow("second host") << u"10.0.0"_s << QStringList{u"alpha"_s};
-        QTest::newRow("across the host blank") << u"alpha 10."_s << QStringList{u"alpha"_s};
-        QTest::newRow("key type blank key") << u"rsa aaaab3beta"_s << QStringList{u"beta"_s};
-        QTest::newRow("key lower-cased") << u"aaaac3gamma"_s << QStringList{u"gamma"_s};
-        QTest::newRow("nothing") << u"zzz"_s << QStringList{};
+        QTest::newRow("marker text") << u"revoked"_s << QStringList { u"beta"_s };
+        QTest::newRow("key type") << u"ssh-ed25519"_s << QStringList { u"alpha"_s, u"*.corp"_s, u"gamma"_s };
+        QTest::newRow("comment word, upper case, padded") << u"  LAPTOP "_s << QStringList { u"alpha"_s };
+        QTest::newRow("second host") << u"10.0.0"_s << QStringList { u"alpha"_s };
+        QTest::newRow("across the host blank") << u"alpha 10."_s << QStringList { u"alpha"_s };
+        QTest::newRow("key type blank key") << u"rsa aaaab3beta"_s << QStringList { u"beta"_s };
+        QTest::newRow("key lower-cased") << u"aaaac3gamma"_s << QStringList { u"gamma"_s };
+        QTest::newRow("nothing") << u"zzz"_s << QStringList {};
     }
 
     void search()
@@ -119,11 +120,21 @@ private Q_SLOTS:
         QVERIFY(!vm.selectedKnownHostEntry());
         QCOMPARE(vm.knownHostCommentActionTitle(), u"Comment Out"_s);
         switch (action) {
-        case 0: vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked); break;
-        case 1: vm.toggleCommentOnSelectedKnownHostEntry(); break;
-        case 2: vm.deleteSelectedKnownHostEntry(); break;
-        case 3: vm.openSSHHostForSelectedKnownHostEntry(); break;
-        default: vm.connectSelectedKnownHostEntry(); break;
+        case 0:
+            vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked);
+            break;
+        case 1:
+            vm.toggleCommentOnSelectedKnownHostEntry();
+            break;
+        case 2:
+            vm.deleteSelectedKnownHostEntry();
+            break;
+        case 3:
+            vm.openSSHHostForSelectedKnownHostEntry();
+            break;
+        default:
+            vm.connectSelectedKnownHostEntry();
+            break;
         }
         QCOMPARE(vm.statusMessage(), u"Selecteer eerst een known_hosts entry."_s);
         QVERIFY(!vm.knownHostsDirty());
@@ -135,12 +146,12 @@ private Q_SLOTS:
     {
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make(QString(), u"# header\nfirst ssh-rsa AAAA\nsecond ssh-rsa BBBB"_s);
-        QCOMPARE(lineNumbers(vm), (QList<int>{2, 3}));
+        QCOMPARE(lineNumbers(vm), (QList<int> { 2, 3 }));
         vm.deleteSelectedKnownHostEntry();
         QCOMPARE(vm.statusMessage(), u"known_hosts entry verwijderd."_s);
-        QCOMPARE(filteredHosts(vm), QStringList{u"second"_s});
+        QCOMPARE(filteredHosts(vm), QStringList { u"second"_s });
         QCOMPARE(selectedEntryHost(vm), u"second"_s);
-        QCOMPARE(lineNumbers(vm), QList<int>{2});
+        QCOMPARE(lineNumbers(vm), QList<int> { 2 });
         QCOMPARE(vm.knownHostsEntryCount(), 1);
         QVERIFY(vm.knownHostsDirty());
         QCOMPARE(vm.knownHostsDocument().records().size(), 2);
@@ -195,22 +206,23 @@ private Q_SLOTS:
         QTest::addColumn<QString>("alias");
         QTest::addColumn<QString>("user");
         QTest::addColumn<QString>("port");
-        QTest::newRow("hashed only") << QStringList{u"|1|abc=|def="_s} << false << QString() << QString() << QString();
-        QTest::newRow("wildcard skipped") << QStringList{u"*.corp"_s, u"web01"_s} << true << u"web01"_s << QString()
-                                          << QString();
-        QTest::newRow("bracketed port") << QStringList{u"[gitbox]:2222"_s} << true << u"gitbox"_s << QString()
+        QTest::newRow("hashed only") << QStringList { u"|1|abc=|def="_s } << false << QString() << QString()
+                                     << QString();
+        QTest::newRow("wildcard skipped")
+            << QStringList { u"*.corp"_s, u"web01"_s } << true << u"web01"_s << QString() << QString();
+        QTest::newRow("bracketed port") << QStringList { u"[gitbox]:2222"_s } << true << u"gitbox"_s << QString()
                                         << u"2222"_s;
-        QTest::newRow("user at host") << QStringList{u"deploy@build7"_s} << true << u"build7"_s << u"deploy"_s
+        QTest::newRow("user at host") << QStringList { u"deploy@build7"_s } << true << u"build7"_s << u"deploy"_s
                                       << QString();
-        QTest::newRow("user at bracketed port") << QStringList{u"ops@[db]:2200"_s} << true << u"db"_s << u"ops"_s
-                                                << u"2200"_s;
-        QTest::newRow("leading at is part of the name") << QStringList{u"@odd"_s} << true << u"@odd"_s << QString()
-                                                        << QString();
+        QTest::newRow("user at bracketed port")
+            << QStringList { u"ops@[db]:2200"_s } << true << u"db"_s << u"ops"_s << u"2200"_s;
+        QTest::newRow("leading at is part of the name")
+            << QStringList { u"@odd"_s } << true << u"@odd"_s << QString() << QString();
         QTest::newRow("negation, then hashed, then plain")
-            << QStringList{u"!bad"_s, u"|2|x|y"_s, u"ok"_s} << true << u"ok"_s << QString() << QString();
-        QTest::newRow("user at wildcard unusable") << QStringList{u"me@*.lan"_s} << false << QString() << QString()
-                                                   << QString();
-        QTest::newRow("question mark") << QStringList{u"db?"_s} << false << QString() << QString() << QString();
+            << QStringList { u"!bad"_s, u"|2|x|y"_s, u"ok"_s } << true << u"ok"_s << QString() << QString();
+        QTest::newRow("user at wildcard unusable")
+            << QStringList { u"me@*.lan"_s } << false << QString() << QString() << QString();
+        QTest::newRow("question mark") << QStringList { u"db?"_s } << false << QString() << QString() << QString();
     }
 
     void seed()
@@ -243,7 +255,7 @@ private Q_SLOTS:
         QCOMPARE(vm.activeEditorTab(), SSHConfigViewModel::EditorTab::structured);
         QVERIFY(vm.rawEditorDirty());
         const SSHHost created = vm.host(*vm.selectedHostIndex());
-        QCOMPARE(created.patterns, QStringList{u"gitbox"_s});
+        QCOMPARE(created.patterns, QStringList { u"gitbox"_s });
         QVERIFY(created.groups.isEmpty());
         QCOMPARE(created.items.size(), 2);
         QCOMPARE(created.items.at(0).asOption()->key, u"HostName"_s);
@@ -265,11 +277,11 @@ private Q_SLOTS:
         vm.setSelectedGroup(u"Production"_s);
         vm.openSSHHostForSelectedKnownHostEntry();
         const SSHHost created = vm.host(*vm.selectedHostIndex());
-        QCOMPARE(created.patterns, QStringList{u"build7"_s});
+        QCOMPARE(created.patterns, QStringList { u"build7"_s });
         QVERIFY(created.groups.isEmpty());
         QCOMPARE(created.items.at(1).asOption()->key, u"User"_s);
         QCOMPARE(created.items.at(1).asOption()->value, u"deploy"_s);
-        QCOMPARE(firstPatterns(vm.filteredHosts()), QStringList{u"web"_s});
+        QCOMPARE(firstPatterns(vm.filteredHosts()), QStringList { u"web"_s });
     }
 
     void openRefusesUnusableEntry()
@@ -281,7 +293,6 @@ private Q_SLOTS:
         QVERIFY(vm.document().hosts.isEmpty());
         QVERIFY(!vm.rawEditorDirty());
     }
-
 };
 
 QTEST_GUILESS_MAIN(TestViewModelKnownHosts)

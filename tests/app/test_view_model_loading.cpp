@@ -18,7 +18,7 @@ private Q_SLOTS:
         SSHConfigViewModel& vm = fixture.make();
         // A missing file reads as the empty text, which is one empty line.
         QVERIFY(vm.document().hosts.isEmpty());
-        QCOMPARE(vm.document().globalItems, QList<SSHGlobalItem>{SSHGlobalItem::blank()});
+        QCOMPARE(vm.document().globalItems, QList<SSHGlobalItem> { SSHGlobalItem::blank() });
         QCOMPARE(vm.knownHostsDocument().records().size(), 1);
         QVERIFY(vm.knownHostsDocument().records().first().kind().isBlank());
         QVERIFY(vm.parseErrors().isEmpty());
@@ -52,11 +52,10 @@ private Q_SLOTS:
     {
         ViewModelFixture fixture;
         const QString config = u"# Group: werk\nHost web\n    HostName web.example.com\n"_s;
-        SSHConfigViewModel& vm =
-            fixture.make(config, u"web.example.com ssh-ed25519 AAAAC3Nza\n# a comment\n"_s);
+        SSHConfigViewModel& vm = fixture.make(config, u"web.example.com ssh-ed25519 AAAAC3Nza\n# a comment\n"_s);
         QCOMPARE(vm.rawText(), config);
-        QCOMPARE(firstPatterns(vm.document().hosts), QStringList{u"web"_s});
-        QCOMPARE(vm.document().hosts.first().groups, QStringList{u"werk"_s});
+        QCOMPARE(firstPatterns(vm.document().hosts), QStringList { u"web"_s });
+        QCOMPARE(vm.document().hosts.first().groups, QStringList { u"werk"_s });
         QCOMPARE(vm.knownHostsDocument().records().size(), 3);
         QCOMPARE(vm.knownHostsEntryCount(), 1);
         QCOMPARE(selectedEntryHost(vm), u"web.example.com"_s);
@@ -66,8 +65,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("knownHosts");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("all lines readable") << u"a ssh-ed25519 AAAA\n"_s
-                                            << u"SSH configuratie geladen. known_hosts geladen."_s;
+        QTest::newRow("all lines readable")
+            << u"a ssh-ed25519 AAAA\n"_s << u"SSH configuratie geladen. known_hosts geladen."_s;
         QTest::newRow("two unreadable lines")
             << u"a ssh-ed25519 AAAA\nnonsense\nmore nonsense\n"_s
             << u"SSH configuratie geladen. known_hosts geladen met 2 parsefout(en)."_s;
@@ -95,8 +94,8 @@ private Q_SLOTS:
         vm.load();
         QVERIFY2(vm.statusMessage().startsWith(u"Config laden mislukt: "_s), qPrintable(vm.statusMessage()));
         QVERIFY2(vm.statusMessage().endsWith(u" known_hosts geladen. Het bestand "_s + fixture.configPath()
-                                             + u" is niet geladen en wordt niet opgeslagen."_s),
-                 qPrintable(vm.statusMessage()));
+                     + u" is niet geladen en wordt niet opgeslagen."_s),
+            qPrintable(vm.statusMessage()));
         QCOMPARE(vm.rawText(), u"typed"_s);
         QCOMPARE(vm.document(), before);
         QCOMPARE(vm.selectedHostID(), selected);
@@ -150,10 +149,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("knownHosts");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("comment before the first entry") << u"# c\nfirst ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s
-                                                        << u"first"_s;
-        QTest::newRow("commented-out entry is an entry") << u"# gone ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s
-                                                         << u"gone"_s;
+        QTest::newRow("comment before the first entry")
+            << u"# c\nfirst ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s << u"first"_s;
+        QTest::newRow("commented-out entry is an entry")
+            << u"# gone ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s << u"gone"_s;
         QTest::newRow("no entries") << u"# note\n\n"_s << QString();
     }
 
@@ -193,18 +192,17 @@ private Q_SLOTS:
         QVERIFY(!vm.rawEditorDirty());
         QVERIFY(!vm.rawTextDirty());
         QCOMPARE(vm.rawText(), u"Host web\n"_s);
-        QCOMPARE(firstPatterns(vm.document().hosts), QStringList{u"web"_s});
+        QCOMPARE(firstPatterns(vm.document().hosts), QStringList { u"web"_s });
     }
 
     void entryCountIncludesCommentedOutEntries()
     {
         ViewModelFixture fixture;
-        SSHConfigViewModel& vm =
-            fixture.make(QString(), u"a ssh-rsa AAAA\n# b ssh-rsa BBBB\n# just words\n\nbroken\nc ssh-ed25519 CCCC\n"_s);
+        SSHConfigViewModel& vm = fixture.make(
+            QString(), u"a ssh-rsa AAAA\n# b ssh-rsa BBBB\n# just words\n\nbroken\nc ssh-ed25519 CCCC\n"_s);
         QCOMPARE(vm.knownHostsEntryCount(), 3);
         QCOMPARE(vm.knownHostsParseErrors().size(), 1);
     }
-
 };
 
 QTEST_GUILESS_MAIN(TestViewModelLoading)

@@ -26,9 +26,9 @@ private Q_SLOTS:
         QTest::addColumn<int>("index");
         QTest::addColumn<QString>("removed");
         QTest::addColumn<QStringList>("kept");
-        QTest::newRow("first") << 0 << u"host1"_s << QStringList{u"host2"_s, u"10.0.0.5"_s};
-        QTest::newRow("middle") << 1 << u"host2"_s << QStringList{u"host1"_s, u"10.0.0.5"_s};
-        QTest::newRow("last") << 2 << u"10.0.0.5"_s << QStringList{u"host1"_s, u"host2"_s};
+        QTest::newRow("first") << 0 << u"host1"_s << QStringList { u"host2"_s, u"10.0.0.5"_s };
+        QTest::newRow("middle") << 1 << u"host2"_s << QStringList { u"host1"_s, u"10.0.0.5"_s };
+        QTest::newRow("last") << 2 << u"10.0.0.5"_s << QStringList { u"host1"_s, u"host2"_s };
     }
 
     void removedNameIsGoneForSsh()
@@ -48,9 +48,10 @@ private Q_SLOTS:
         vm.saveKnownHosts();
         const QString path = fixture.knownHostsPath();
         QCOMPARE(WindowFixture::readText(path), u"# keep\n"_s + kept.join(u',') + u' ' + m_key + u" laptop\n"_s);
-        QVERIFY(m_keygen.run({u"-F"_s, removed, u"-f"_s, path}).output.isEmpty());
+        QVERIFY(m_keygen.run({ u"-F"_s, removed, u"-f"_s, path }).output.isEmpty());
         for (const QString& host : kept)
-            QVERIFY2(m_keygen.run({u"-F"_s, host, u"-f"_s, path}).output.contains(u"found: line 2"_s), qPrintable(host));
+            QVERIFY2(
+                m_keygen.run({ u"-F"_s, host, u"-f"_s, path }).output.contains(u"found: line 2"_s), qPrintable(host));
     }
 
     void onlyNameIsRefused()
@@ -59,9 +60,9 @@ private Q_SLOTS:
         SSHConfigViewModel& vm = fixture.make(QString(), u"host1 "_s + m_key + u"\n"_s);
         vm.removeHostFromSelectedKnownHostEntry(0);
         QCOMPARE(vm.statusMessage(),
-                 u"Dit is de enige host van deze entry; gebruik Remove om de hele entry te verwijderen."_s);
+            u"Dit is de enige host van deze entry; gebruik Remove om de hele entry te verwijderen."_s);
         QVERIFY(!vm.knownHostsDirty());
-        QCOMPARE(vm.selectedKnownHostEntry()->hosts(), QStringList{u"host1"_s});
+        QCOMPARE(vm.selectedKnownHostEntry()->hosts(), QStringList { u"host1"_s });
     }
 
     void nothingSelected()
@@ -101,24 +102,24 @@ private Q_SLOTS:
         QVERIFY(!vm.canUndo());
         QVERIFY(!vm.knownHostsDirty());
         QCOMPARE(vm.selectedKnownHostEntryID(), std::optional<QUuid>(id));
-        QCOMPARE(vm.selectedKnownHostEntry()->hosts(), (QStringList{u"host1"_s, u"host2"_s, u"10.0.0.5"_s}));
-        QCOMPARE(vm.knownHostEntryIDsForName(u"host2"_s), QList<QUuid>{id});
+        QCOMPARE(vm.selectedKnownHostEntry()->hosts(), (QStringList { u"host1"_s, u"host2"_s, u"10.0.0.5"_s }));
+        QCOMPARE(vm.knownHostEntryIDsForName(u"host2"_s), QList<QUuid> { id });
 
         QCOMPARE(vm.redoText(), u"Opnieuw doen: Host uit entry verwijderen"_s);
         vm.redo();
         QCOMPARE(vm.statusMessage(), u"Opnieuw gedaan: Host uit entry verwijderd."_s);
         QVERIFY(vm.knownHostsDirty());
-        QCOMPARE(vm.selectedKnownHostEntry()->hosts(), (QStringList{u"host1"_s, u"10.0.0.5"_s}));
+        QCOMPARE(vm.selectedKnownHostEntry()->hosts(), (QStringList { u"host1"_s, u"10.0.0.5"_s }));
         QVERIFY(vm.knownHostEntryIDsForName(u"host2"_s).isEmpty());
         vm.saveKnownHosts();
         const QString path = fixture.knownHostsPath();
-        QVERIFY(m_keygen.run({u"-F"_s, u"host2"_s, u"-f"_s, path}).output.isEmpty());
-        QVERIFY(m_keygen.run({u"-F"_s, u"host1"_s, u"-f"_s, path}).output.contains(u"found: line 1"_s));
+        QVERIFY(m_keygen.run({ u"-F"_s, u"host2"_s, u"-f"_s, path }).output.isEmpty());
+        QVERIFY(m_keygen.run({ u"-F"_s, u"host1"_s, u"-f"_s, path }).output.contains(u"found: line 1"_s));
 
         vm.undo();
         vm.saveKnownHosts();
         QCOMPARE(WindowFixture::readText(path), original);
-        QVERIFY(m_keygen.run({u"-F"_s, u"host2"_s, u"-f"_s, path}).output.contains(u"found: line 1"_s));
+        QVERIFY(m_keygen.run({ u"-F"_s, u"host2"_s, u"-f"_s, path }).output.contains(u"found: line 1"_s));
     }
 
     void refusalIsNoStep()

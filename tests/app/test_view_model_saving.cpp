@@ -8,13 +8,14 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 using EditorTab = SSHConfigViewModel::EditorTab;
 
 QStringList backupsIn(const QString& directory, const QString& fileName)
 {
-    return QDir(directory).entryList({fileName + u".backup-*"_s}, QDir::Files, QDir::Name);
+    return QDir(directory).entryList({ fileName + u".backup-*"_s }, QDir::Files, QDir::Name);
 }
 
 QString sshDirectory(const ViewModelFixture& fixture)
@@ -75,19 +76,19 @@ private Q_SLOTS:
         // The document holds host "doc"; the raw text, as typed, holds host "typed" with its own spacing.
         const QString documentText = u"Host doc"_s;
         const QString typedText = u"Host   typed\n"_s;
-        QTest::newRow("structured, nothing dirty") << EditorTab::structured << false << false << documentText
-                                                   << u"Opgeslagen naar "_s;
-        QTest::newRow("structured, typed in raw") << EditorTab::structured << true << true << documentText
-                                                  << u"Opgeslagen naar "_s;
-        QTest::newRow("structured, structured edit") << EditorTab::structured << false << true << documentText
-                                                     << u"Opgeslagen naar "_s;
+        QTest::newRow("structured, nothing dirty")
+            << EditorTab::structured << false << false << documentText << u"Opgeslagen naar "_s;
+        QTest::newRow("structured, typed in raw")
+            << EditorTab::structured << true << true << documentText << u"Opgeslagen naar "_s;
+        QTest::newRow("structured, structured edit")
+            << EditorTab::structured << false << true << documentText << u"Opgeslagen naar "_s;
         QTest::newRow("raw, typed") << EditorTab::raw << true << true << typedText << u"Raw config opgeslagen naar "_s;
-        QTest::newRow("raw, typed, editor flag clear") << EditorTab::raw << true << false << typedText
-                                                       << u"Raw config opgeslagen naar "_s;
-        QTest::newRow("raw, nothing pending") << EditorTab::raw << false << false << typedText
-                                              << u"Raw config opgeslagen naar "_s;
-        QTest::newRow("raw, only structured edits") << EditorTab::raw << false << true << documentText
-                                                    << u"Opgeslagen naar "_s;
+        QTest::newRow("raw, typed, editor flag clear")
+            << EditorTab::raw << true << false << typedText << u"Raw config opgeslagen naar "_s;
+        QTest::newRow("raw, nothing pending")
+            << EditorTab::raw << false << false << typedText << u"Raw config opgeslagen naar "_s;
+        QTest::newRow("raw, only structured edits")
+            << EditorTab::raw << false << true << documentText << u"Opgeslagen naar "_s;
     }
 
     void saveChoice()
@@ -119,9 +120,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("status");
         QTest::addColumn<QStringList>("hosts");
         QTest::newRow("clean") << u"Host a\nHost b\n"_s << u"Raw editor: parse gelukt."_s
-                               << QStringList{u"a"_s, u"b"_s};
+                               << QStringList { u"a"_s, u"b"_s };
         QTest::newRow("one bad line") << u"Host a\n    Port=22\nHost b\n"_s << u"Raw editor: 1 parsefout(en)."_s
-                                      << QStringList{u"a"_s, u"b"_s};
+                                      << QStringList { u"a"_s, u"b"_s };
     }
 
     void parseRawText()
@@ -216,8 +217,8 @@ private Q_SLOTS:
         vm.addHost();
 
         vm.saveConfig();
-        QCOMPARE(vm.statusMessage(), u"Opslaan mislukt: Verificatie van opgeslagen bestand mislukt op "_s
-                                         + fixture.configPath() + u"."_s);
+        QCOMPARE(vm.statusMessage(),
+            u"Opslaan mislukt: Verificatie van opgeslagen bestand mislukt op "_s + fixture.configPath() + u"."_s);
         QVERIFY(vm.rawEditorDirty());
         QCOMPARE(vm.lastBackupPath(), QString());
     }
@@ -248,7 +249,8 @@ private Q_SLOTS:
         vm.toggleCommentOnSelectedKnownHostEntry();
 
         vm.saveKnownHosts();
-        QCOMPARE(vm.statusMessage(), u"known_hosts opslaan mislukt: Kan "_s + fixture.knownHostsPath() + u" niet schrijven."_s);
+        QCOMPARE(vm.statusMessage(),
+            u"known_hosts opslaan mislukt: Kan "_s + fixture.knownHostsPath() + u" niet schrijven."_s);
         QVERIFY(vm.knownHostsDirty());
         QCOMPARE(QString::fromUtf8(readBytes(fixture.knownHostsPath())), u"a ssh-rsa AAAA\n"_s);
     }
@@ -257,16 +259,15 @@ private Q_SLOTS:
     {
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make(u"Host a\nHost b\n"_s);
-        vm.moveHosts({1}, 0);
+        vm.moveHosts({ 1 }, 0);
         QCOMPARE(vm.rawText(), vm.parser().serialize(vm.document()));
         QVERIFY(vm.rawText().indexOf(u"Host b"_s) < vm.rawText().indexOf(u"Host a"_s));
 
         vm.setRawText(u"typed"_s);
         vm.markRawTextEdited();
-        vm.moveHosts({1}, 0);
+        vm.moveHosts({ 1 }, 0);
         QCOMPARE(vm.rawText(), u"typed"_s);
     }
-
 };
 
 QTEST_GUILESS_MAIN(TestViewModelSaving)

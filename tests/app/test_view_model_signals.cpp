@@ -7,7 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 using EditorTab = SSHConfigViewModel::EditorTab;
 
@@ -78,8 +79,8 @@ private Q_SLOTS:
         QTest::newRow("rawTextDirty") << u"rawTextDirty"_s << QVariant(true);
         QTest::newRow("selectedHostID") << u"selectedHostID"_s
                                         << QVariant::fromValue(std::optional<QUuid>(createRandomUuid()));
-        QTest::newRow("selectedKnownHostEntryID") << u"selectedKnownHostEntryID"_s
-                                                  << QVariant::fromValue(std::optional<QUuid>(createRandomUuid()));
+        QTest::newRow("selectedKnownHostEntryID")
+            << u"selectedKnownHostEntryID"_s << QVariant::fromValue(std::optional<QUuid>(createRandomUuid()));
     }
 
     void writableProperties()
@@ -92,35 +93,39 @@ private Q_SLOTS:
         const QByteArray name = property.toLatin1();
 
         QVERIFY(vm.setProperty(name.constData(), value));
-        QCOMPARE(spies.fired(), QStringList{property + u"=1"_s});
+        QCOMPARE(spies.fired(), QStringList { property + u"=1"_s });
         QVERIFY(vm.setProperty(name.constData(), value));
-        QCOMPARE(spies.fired(), QStringList{property + u"=1"_s});
+        QCOMPARE(spies.fired(), QStringList { property + u"=1"_s });
     }
 
     void operations_data()
     {
         QTest::addColumn<int>("operation");
         QTest::addColumn<QStringList>("fired");
-        QTest::newRow("addHost") << 0 << QStringList{u"document=1"_s, u"rawEditorDirty=1"_s, u"selectedHostID=1"_s,
-                                                          u"selectedHostKnownHostsLink=1"_s, u"undoHistory=1"_s};
-        QTest::newRow("updateHost with an equal host") << 1 << QStringList{u"rawEditorDirty=1"_s};
+        QTest::newRow("addHost") << 0
+                                 << QStringList { u"document=1"_s, u"rawEditorDirty=1"_s, u"selectedHostID=1"_s,
+                                        u"selectedHostKnownHostsLink=1"_s, u"undoHistory=1"_s };
+        QTest::newRow("updateHost with an equal host") << 1 << QStringList { u"rawEditorDirty=1"_s };
         QTest::newRow("reload of unchanged files")
-            << 2 << QStringList{u"document=1"_s, u"knownHostsDocument=1"_s, u"selectedHostID=1"_s,
-                                u"selectedKnownHostEntryID=1"_s, u"undoHistory=2"_s};
-        QTest::newRow("marker") << 3 << QStringList{u"knownHostsDirty=1"_s, u"knownHostsDocument=1"_s,
-                                                    u"statusMessage=1"_s, u"undoHistory=1"_s};
-        QTest::newRow("delete entry")
-            << 4 << QStringList{u"knownHostsDirty=1"_s, u"knownHostsDocument=1"_s, u"knownHostsEntryCount=1"_s,
-                                u"selectedKnownHostEntryID=1"_s, u"selectedKnownHostFingerprints=1"_s, u"statusMessage=1"_s,
-                                u"undoHistory=1"_s};
-        QTest::newRow("save config")
-            << 5 << QStringList{u"lastBackupPath=1"_s, u"rawText=1"_s, u"statusMessage=1"_s};
-        QTest::newRow("refresh terminals, same list") << 6 << QStringList{};
-        QTest::newRow("select other terminal") << 7 << QStringList{u"selectedTerminalBundleIdentifier=1"_s};
-        QTest::newRow("parse with errors") << 8
-                                           << QStringList{u"document=1"_s, u"parseErrors=1"_s, u"rawEditorDirty=1"_s,
-                                                          u"selectedHostID=1"_s, u"selectedHostKnownHostsLink=1"_s,
-                                                          u"statusMessage=1"_s, u"undoHistory=1"_s};
+            << 2
+            << QStringList { u"document=1"_s, u"knownHostsDocument=1"_s, u"selectedHostID=1"_s,
+                   u"selectedKnownHostEntryID=1"_s, u"undoHistory=2"_s };
+        QTest::newRow("marker") << 3
+                                << QStringList { u"knownHostsDirty=1"_s, u"knownHostsDocument=1"_s,
+                                       u"statusMessage=1"_s, u"undoHistory=1"_s };
+        QTest::newRow("delete entry") << 4
+                                      << QStringList { u"knownHostsDirty=1"_s, u"knownHostsDocument=1"_s,
+                                             u"knownHostsEntryCount=1"_s, u"selectedKnownHostEntryID=1"_s,
+                                             u"selectedKnownHostFingerprints=1"_s, u"statusMessage=1"_s,
+                                             u"undoHistory=1"_s };
+        QTest::newRow("save config") << 5
+                                     << QStringList { u"lastBackupPath=1"_s, u"rawText=1"_s, u"statusMessage=1"_s };
+        QTest::newRow("refresh terminals, same list") << 6 << QStringList {};
+        QTest::newRow("select other terminal") << 7 << QStringList { u"selectedTerminalBundleIdentifier=1"_s };
+        QTest::newRow("parse with errors")
+            << 8
+            << QStringList { u"document=1"_s, u"parseErrors=1"_s, u"rawEditorDirty=1"_s, u"selectedHostID=1"_s,
+                   u"selectedHostKnownHostsLink=1"_s, u"statusMessage=1"_s, u"undoHistory=1"_s };
     }
 
     void operations()
@@ -128,18 +133,33 @@ private Q_SLOTS:
         QFETCH(int, operation);
         QFETCH(QStringList, fired);
         ViewModelFixture fixture;
-        SSHConfigViewModel& vm =
-            fixture.make(u"Host a\nHost b\n"_s, u"# c\none ssh-rsa AAAA\ntwo ssh-rsa BBBB\n"_s);
+        SSHConfigViewModel& vm = fixture.make(u"Host a\nHost b\n"_s, u"# c\none ssh-rsa AAAA\ntwo ssh-rsa BBBB\n"_s);
         PropertySpies spies(vm);
         switch (operation) {
-        case 0: vm.addHost(); break;
-        case 1: vm.updateHost(vm.host(0), 0); break;
-        case 2: vm.load(); break;
-        case 3: vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked); break;
-        case 4: vm.deleteSelectedKnownHostEntry(); break;
-        case 5: vm.saveConfig(); break;
-        case 6: vm.refreshTerminalApps(); break;
-        case 7: vm.selectTerminal(u"com.googlecode.iterm2"_s); break;
+        case 0:
+            vm.addHost();
+            break;
+        case 1:
+            vm.updateHost(vm.host(0), 0);
+            break;
+        case 2:
+            vm.load();
+            break;
+        case 3:
+            vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked);
+            break;
+        case 4:
+            vm.deleteSelectedKnownHostEntry();
+            break;
+        case 5:
+            vm.saveConfig();
+            break;
+        case 6:
+            vm.refreshTerminalApps();
+            break;
+        case 7:
+            vm.selectTerminal(u"com.googlecode.iterm2"_s);
+            break;
         default:
             vm.setRawText(u"Host c\n    Port=2\n"_s);
             spies.clear();
@@ -148,7 +168,6 @@ private Q_SLOTS:
         }
         QCOMPARE(spies.fired(), fired);
     }
-
 };
 
 QTEST_GUILESS_MAIN(TestViewModelSignals)

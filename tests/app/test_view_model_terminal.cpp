@@ -4,7 +4,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 const QString key = u"preferredTerminalBundleIdentifier"_s;
 
@@ -26,23 +27,23 @@ private Q_SLOTS:
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QString>("selected");
         QTest::addColumn<QString>("storedAfter");
-        QTest::newRow("first start chooses and stores Terminal") << QList<TerminalApp>{appleTerminalApp(), iTermApp()}
-                                                                 << QString() << u"com.apple.Terminal"_s
-                                                                 << u"com.apple.Terminal"_s;
+        QTest::newRow("first start chooses and stores Terminal") << QList<TerminalApp> { appleTerminalApp(),
+            iTermApp() } << QString() << u"com.apple.Terminal"_s << u"com.apple.Terminal"_s;
         QTest::newRow("stored iTerm2 kept, store untouched")
-            << QList<TerminalApp>{appleTerminalApp(), iTermApp()} << u"com.googlecode.iterm2"_s
+            << QList<TerminalApp> { appleTerminalApp(), iTermApp() } << u"com.googlecode.iterm2"_s
             << u"com.googlecode.iterm2"_s << u"com.googlecode.iterm2"_s;
         QTest::newRow("uninstalled choice falls back to Terminal")
-            << QList<TerminalApp>{appleTerminalApp(), iTermApp()} << u"dev.warp.Warp"_s << u"com.apple.Terminal"_s
+            << QList<TerminalApp> { appleTerminalApp(), iTermApp() } << u"dev.warp.Warp"_s << u"com.apple.Terminal"_s
             << u"com.apple.Terminal"_s;
-        QTest::newRow("no Terminal: first app") << QList<TerminalApp>{warpApp(), iTermApp()} << u"gone"_s
+        QTest::newRow("no Terminal: first app") << QList<TerminalApp> { warpApp(), iTermApp() } << u"gone"_s
                                                 << u"dev.warp.Warp-Stable"_s << u"dev.warp.Warp-Stable"_s;
         QTest::newRow("stored choice compared case-sensitively")
-            << QList<TerminalApp>{appleTerminalApp(), iTermApp()} << u"COM.GOOGLECODE.ITERM2"_s
+            << QList<TerminalApp> { appleTerminalApp(), iTermApp() } << u"COM.GOOGLECODE.ITERM2"_s
             << u"com.apple.Terminal"_s << u"com.apple.Terminal"_s;
-        QTest::newRow("nothing installed keeps the stored value") << QList<TerminalApp>{} << u"com.googlecode.iterm2"_s
-                                                                  << QString() << u"com.googlecode.iterm2"_s;
-        QTest::newRow("nothing installed, nothing stored") << QList<TerminalApp>{} << QString() << QString() << QString();
+        QTest::newRow("nothing installed keeps the stored value")
+            << QList<TerminalApp> {} << u"com.googlecode.iterm2"_s << QString() << u"com.googlecode.iterm2"_s;
+        QTest::newRow("nothing installed, nothing stored")
+            << QList<TerminalApp> {} << QString() << QString() << QString();
     }
 
     void refresh()
@@ -90,14 +91,13 @@ private Q_SLOTS:
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make();
         vm.selectTerminal(u"com.googlecode.iterm2"_s);
-        fixture.discovery->apps = {appleTerminalApp()};
+        fixture.discovery->apps = { appleTerminalApp() };
         vm.refreshTerminalApps();
         QCOMPARE(fixture.discovery->calls, 2);
-        QCOMPARE(vm.availableTerminalApps(), QList<TerminalApp>{appleTerminalApp()});
+        QCOMPARE(vm.availableTerminalApps(), QList<TerminalApp> { appleTerminalApp() });
         QCOMPARE(vm.selectedTerminalBundleIdentifier(), u"com.apple.Terminal"_s);
         QCOMPARE(fixture.defaults->string(key), std::optional<QString>(u"com.apple.Terminal"_s));
     }
-
 };
 
 QTEST_GUILESS_MAIN(TestViewModelTerminal)

@@ -32,12 +32,9 @@ struct State
 
 State stateOf(const SSHConfigViewModel& vm)
 {
-    return {vm.document(),           vm.rawText(),
-            vm.parseErrors(),        vm.rawEditorDirty(),
-            vm.rawTextDirty(),       vm.selectedHostID(),
-            vm.knownHostsDocument(), vm.knownHostsParseErrors(),
-            vm.knownHostsDirty(),    vm.selectedKnownHostEntryID(),
-            vm.knownHostsEntryCount(), vm.activeEditorTab()};
+    return { vm.document(), vm.rawText(), vm.parseErrors(), vm.rawEditorDirty(), vm.rawTextDirty(), vm.selectedHostID(),
+        vm.knownHostsDocument(), vm.knownHostsParseErrors(), vm.knownHostsDirty(), vm.selectedKnownHostEntryID(),
+        vm.knownHostsEntryCount(), vm.activeEditorTab() };
 }
 
 QString differences(const State& a, const State& b)
@@ -64,8 +61,7 @@ QString differences(const State& a, const State& b)
     return parts.join(u", "_s);
 }
 
-enum class Operation
-{
+enum class Operation {
     addHost,
     deleteHost,
     editPort,
@@ -126,7 +122,7 @@ void act(Operation operation, SSHConfigViewModel& vm, ViewModelFixture& fixture)
         return;
     }
     case Operation::moveHost:
-        vm.moveHosts({1}, 0);
+        vm.moveHosts({ 1 }, 0);
         return;
     case Operation::createGroup:
         vm.createGroupForSelectedHost(u"klanten"_s);
@@ -241,19 +237,19 @@ private Q_SLOTS:
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make(config);
         const QString loaded = vm.rawText();
-        for (const QString& text : {u"H"_s, u"Ho"_s, u"Hos"_s}) {
+        for (const QString& text : { u"H"_s, u"Ho"_s, u"Hos"_s }) {
             vm.setRawText(loaded + text);
             vm.markRawTextEdited();
         }
         QCOMPARE(vm.configHistory().size(), 1);
-        for (const QString& port : {u"2"_s, u"22"_s, u"222"_s}) {
+        for (const QString& port : { u"2"_s, u"22"_s, u"222"_s }) {
             SSHHost host = vm.host(0);
             host.items[1].asOption()->value = port;
             vm.updateHost(host, 0);
         }
         QCOMPARE(vm.configHistory().size(), 2);
         SSHHost host = vm.host(0);
-        host.patterns = {u"alpha2"_s};
+        host.patterns = { u"alpha2"_s };
         vm.updateHost(host, 0);
         QCOMPARE(vm.configHistory().size(), 3);
 
@@ -313,7 +309,7 @@ private Q_SLOTS:
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make(config);
         for (int i = 0; i < 1100; ++i)
-            vm.moveHosts({1}, 0);
+            vm.moveHosts({ 1 }, 0);
         QCOMPARE(vm.configHistory().size(), UndoHistory::maximumSteps);
         QVERIFY(vm.configHistory().cost() <= UndoHistory::memoryBudget);
         int undone = 0;
@@ -331,7 +327,7 @@ private Q_SLOTS:
         UndoHistory history;
         int undone = 0;
         for (int i = 0; i < 150; ++i)
-            history.push({u"x"_s, u"x"_s, QString(), [&undone] { ++undone; }, [] {}, UndoHistory::memoryBudget / 50});
+            history.push({ u"x"_s, u"x"_s, QString(), [&undone] { ++undone; }, [] {}, UndoHistory::memoryBudget / 50 });
         QCOMPARE(history.size(), UndoHistory::minimumSteps);
         while (history.canUndo())
             history.undo();

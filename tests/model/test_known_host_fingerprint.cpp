@@ -19,13 +19,13 @@ private Q_SLOTS:
         if (!m_keygen.isAvailable())
             QSKIP("ssh-keygen is not installed");
         const QList<std::pair<QString, QString>> keys {
-            {u"ed25519"_s, m_keygen.generatePublicKey(u"ed25519"_s)},
-            {u"rsa"_s, m_keygen.generatePublicKey(u"rsa"_s, 3072)},
-            {u"ecdsa-256"_s, m_keygen.generatePublicKey(u"ecdsa"_s, 256)},
-            {u"ecdsa-384"_s, m_keygen.generatePublicKey(u"ecdsa"_s, 384)},
-            {u"ecdsa-521"_s, m_keygen.generatePublicKey(u"ecdsa"_s, 521)},
-            {u"ed25519-sk"_s, m_keygen.ed25519SkPublicKey()},
-            {u"ecdsa-sk"_s, m_keygen.ecdsaSkPublicKey()},
+            { u"ed25519"_s, m_keygen.generatePublicKey(u"ed25519"_s) },
+            { u"rsa"_s, m_keygen.generatePublicKey(u"rsa"_s, 3072) },
+            { u"ecdsa-256"_s, m_keygen.generatePublicKey(u"ecdsa"_s, 256) },
+            { u"ecdsa-384"_s, m_keygen.generatePublicKey(u"ecdsa"_s, 384) },
+            { u"ecdsa-521"_s, m_keygen.generatePublicKey(u"ecdsa"_s, 521) },
+            { u"ed25519-sk"_s, m_keygen.ed25519SkPublicKey() },
+            { u"ecdsa-sk"_s, m_keygen.ecdsaSkPublicKey() },
         };
         QString text;
         for (const auto& [name, key] : keys) {
@@ -35,8 +35,8 @@ private Q_SLOTS:
         }
         const QString path = m_keygen.writeFile(u"known_hosts"_s, text);
         QVERIFY(!path.isEmpty());
-        m_sha256 = fingerprintsByHost(m_keygen.run({u"-l"_s, u"-f"_s, path}));
-        m_md5 = fingerprintsByHost(m_keygen.run({u"-l"_s, u"-E"_s, u"md5"_s, u"-f"_s, path}));
+        m_sha256 = fingerprintsByHost(m_keygen.run({ u"-l"_s, u"-f"_s, path }));
+        m_md5 = fingerprintsByHost(m_keygen.run({ u"-l"_s, u"-E"_s, u"md5"_s, u"-f"_s, path }));
         QCOMPARE(m_sha256.size(), keys.size());
         QCOMPARE(m_md5.size(), keys.size());
     }
@@ -45,7 +45,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("type");
         for (const QString& type :
-            {u"ed25519"_s, u"rsa"_s, u"ecdsa-256"_s, u"ecdsa-384"_s, u"ecdsa-521"_s, u"ed25519-sk"_s, u"ecdsa-sk"_s})
+            { u"ed25519"_s, u"rsa"_s, u"ecdsa-256"_s, u"ecdsa-384"_s, u"ecdsa-521"_s, u"ed25519-sk"_s, u"ecdsa-sk"_s })
             QTest::newRow(qPrintable(type)) << type;
     }
 

@@ -11,7 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 // A file of plain, bracketed, multi-name, wildcard, negated, marked and commented-out lines.
 QString knownHostsText(const QString& key)
@@ -20,14 +21,30 @@ QString knownHostsText(const QString& key)
     for (int i = 0; i < 200; ++i) {
         const QString n = QString::number(i);
         switch (i % 8) {
-        case 0: text += u"host"_s + n + u".example,10.0.0."_s + n; break;
-        case 1: text += u"[host"_s + n + u".example]:2222"_s; break;
-        case 2: text += u"@revoked host"_s + n + u".example"_s; break;
-        case 3: text += u"# host"_s + n + u".example"_s; break;
-        case 4: text += u"Host"_s + n + u".Example,[host"_s + n + u".example]:22,[10.0.1."_s + n + u"]:2200"_s; break;
-        case 5: text += u"*.wild"_s + n + u".example,!bad.wild"_s + n + u".example"_s; break;
-        case 6: text += u"host?"_s + n + u".example"_s; break;
-        default: text += u"host"_s + n + u".example"_s; break;
+        case 0:
+            text += u"host"_s + n + u".example,10.0.0."_s + n;
+            break;
+        case 1:
+            text += u"[host"_s + n + u".example]:2222"_s;
+            break;
+        case 2:
+            text += u"@revoked host"_s + n + u".example"_s;
+            break;
+        case 3:
+            text += u"# host"_s + n + u".example"_s;
+            break;
+        case 4:
+            text += u"Host"_s + n + u".Example,[host"_s + n + u".example]:22,[10.0.1."_s + n + u"]:2200"_s;
+            break;
+        case 5:
+            text += u"*.wild"_s + n + u".example,!bad.wild"_s + n + u".example"_s;
+            break;
+        case 6:
+            text += u"host?"_s + n + u".example"_s;
+            break;
+        default:
+            text += u"host"_s + n + u".example"_s;
+            break;
         }
         text += u' ' + key + u'\n';
     }
@@ -41,16 +58,36 @@ QStringList lookupNames()
     for (int i = 0; names.size() < 1000; ++i) {
         const QString n = QString::number(i % 220);
         switch (i % 10) {
-        case 0: names << u"host"_s + n + u".example"_s; break;
-        case 1: names << u"[host"_s + n + u".example]:2222"_s; break;
-        case 2: names << u"10.0.0."_s + n; break;
-        case 3: names << u"HOST"_s + n + u".EXAMPLE"_s; break;
-        case 4: names << u"[10.0.1."_s + n + u"]:2200"_s; break;
-        case 5: names << u"a.wild"_s + n + u".example"_s; break;
-        case 6: names << u"bad.wild"_s + n + u".example"_s; break;
-        case 7: names << u"hostx"_s + n + u".example"_s; break;
-        case 8: names << u"[host"_s + n + u".example]:22"_s; break;
-        default: names << u"unknown"_s + n + u".example"_s; break;
+        case 0:
+            names << u"host"_s + n + u".example"_s;
+            break;
+        case 1:
+            names << u"[host"_s + n + u".example]:2222"_s;
+            break;
+        case 2:
+            names << u"10.0.0."_s + n;
+            break;
+        case 3:
+            names << u"HOST"_s + n + u".EXAMPLE"_s;
+            break;
+        case 4:
+            names << u"[10.0.1."_s + n + u"]:2200"_s;
+            break;
+        case 5:
+            names << u"a.wild"_s + n + u".example"_s;
+            break;
+        case 6:
+            names << u"bad.wild"_s + n + u".example"_s;
+            break;
+        case 7:
+            names << u"hostx"_s + n + u".example"_s;
+            break;
+        case 8:
+            names << u"[host"_s + n + u".example]:22"_s;
+            break;
+        default:
+            names << u"unknown"_s + n + u".example"_s;
+            break;
         }
     }
     return names;
@@ -95,10 +132,10 @@ private Q_SLOTS:
         QTest::newRow("negation vetoes") << u"*.corp,!db.corp"_s << u"db.corp"_s << false;
         QTest::newRow("negation alone never matches") << u"!db.corp"_s << u"web.corp"_s << false;
         QTest::newRow("bracketed form is literal") << u"[web]:2222"_s << u"web"_s << false;
-        QTest::newRow("hashed with a list after it") << u"|1|F1E1KeoE/eEWhi10WpGv4OdiO6Y=|3988QV0VE8wmZL7suNrYQLITLCg=,x"_s
-                                                     << u"x"_s << false;
-        QTest::newRow("hash kind 2 unknown to ssh") << u"|2|F1E1KeoE/eEWhi10WpGv4OdiO6Y=|3988QV0VE8wmZL7suNrYQLITLCg="_s
-                                                    << u"x"_s << false;
+        QTest::newRow("hashed with a list after it")
+            << u"|1|F1E1KeoE/eEWhi10WpGv4OdiO6Y=|3988QV0VE8wmZL7suNrYQLITLCg=,x"_s << u"x"_s << false;
+        QTest::newRow("hash kind 2 unknown to ssh")
+            << u"|2|F1E1KeoE/eEWhi10WpGv4OdiO6Y=|3988QV0VE8wmZL7suNrYQLITLCg="_s << u"x"_s << false;
     }
 
     void fieldMatches()
@@ -127,7 +164,7 @@ private Q_SLOTS:
         const QString key = keygen.generatePublicKey(u"ed25519"_s);
         const QString path = keygen.writeFile(u"known_hosts"_s, knownHostsText(key));
         if (hashed) {
-            QCOMPARE(keygen.run({u"-H"_s, u"-f"_s, path}).exitCode, 0);
+            QCOMPARE(keygen.run({ u"-H"_s, u"-f"_s, path }).exitCode, 0);
             QVERIFY(SshKeygen::readFile(path).contains(u"|1|"_s));
         }
         const auto [document, errors] = KnownHostsService().parse(SshKeygen::readFile(path));
@@ -149,10 +186,9 @@ private:
     // The line numbers ssh-keygen -F reports for name ("# Host name found: line 12").
     static QList<qsizetype> sshKeygenFind(const SshKeygen& keygen, const QString& path, const QString& name)
     {
-        static const QRegularExpression found(u"^# Host .* found: line (\\d+)"_s,
-                                              QRegularExpression::MultilineOption);
+        static const QRegularExpression found(u"^# Host .* found: line (\\d+)"_s, QRegularExpression::MultilineOption);
         QList<qsizetype> lines;
-        const QString output = keygen.run({u"-F"_s, name, u"-f"_s, path}).output;
+        const QString output = keygen.run({ u"-F"_s, name, u"-f"_s, path }).output;
         for (auto it = found.globalMatch(output); it.hasNext();)
             lines.append(it.next().captured(1).toLongLong());
         return lines;

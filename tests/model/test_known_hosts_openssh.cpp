@@ -21,14 +21,14 @@ private slots:
         if (m_sshKeygen.isEmpty())
             QSKIP("ssh-keygen is not installed");
         QVERIFY(m_dir.isValid());
-        for (const QString& type : {u"ed25519"_s, u"rsa"_s, u"ecdsa"_s}) {
+        for (const QString& type : { u"ed25519"_s, u"rsa"_s, u"ecdsa"_s }) {
             m_keys.insert(type, publicKey(type));
             QVERIFY2(!m_keys[type].isEmpty(), qPrintable(type));
         }
         m_plainFile = writeFile(u"known_hosts"_s, knownHostsText() + unhashableLines());
         m_hashedFile = writeFile(u"known_hosts_hashed"_s, knownHostsText());
         QVERIFY(!m_plainFile.isEmpty() && !m_hashedFile.isEmpty());
-        run({u"-H"_s, u"-f"_s, m_hashedFile});
+        run({ u"-H"_s, u"-f"_s, m_hashedFile });
         QFile hashed(m_hashedFile);
         QVERIFY(hashed.open(QIODevice::ReadOnly));
         const QByteArray hashedText = hashed.readAll();
@@ -42,12 +42,12 @@ private slots:
         QTest::addColumn<bool>("hashed");
         QTest::addColumn<QString>("host");
         QTest::addColumn<bool>("known");
-        const QList<std::pair<QString, bool>> hosts{
-            {u"github.com"_s, true},    {u"10.0.0.1"_s, true},       {u"[db.example.org]:2222"_s, true},
-            {u"db.example.org"_s, true}, {u"plain.example"_s, true}, {u"www.example.org"_s, true},
-            {u"revoked.example"_s, true}, {u"commented.example"_s, false}, {u"multi1"_s, true},
-            {u"multi2"_s, true},        {u"[multi3]:2200"_s, true},  {u"unknown.example"_s, false}};
-        for (const bool hashed : {false, true}) {
+        const QList<std::pair<QString, bool>> hosts { { u"github.com"_s, true }, { u"10.0.0.1"_s, true },
+            { u"[db.example.org]:2222"_s, true }, { u"db.example.org"_s, true }, { u"plain.example"_s, true },
+            { u"www.example.org"_s, true }, { u"revoked.example"_s, true }, { u"commented.example"_s, false },
+            { u"multi1"_s, true }, { u"multi2"_s, true }, { u"[multi3]:2200"_s, true },
+            { u"unknown.example"_s, false } };
+        for (const bool hashed : { false, true }) {
             for (const auto& [host, known] : hosts)
                 QTest::addRow("%s %s", hashed ? "hashed" : "plain", qPrintable(host)) << hashed << host << known;
         }
@@ -95,7 +95,7 @@ QString TestKnownHostsOpenSsh::run(const QStringList& arguments)
 QString TestKnownHostsOpenSsh::publicKey(const QString& type)
 {
     const QString path = m_dir.filePath(u"key-"_s + type);
-    QStringList arguments{u"-q"_s, u"-t"_s, type, u"-N"_s, QString(), u"-C"_s, u"test key"_s, u"-f"_s, path};
+    QStringList arguments { u"-q"_s, u"-t"_s, type, u"-N"_s, QString(), u"-C"_s, u"test key"_s, u"-f"_s, path };
     if (type == u"rsa"_s)
         arguments << u"-b"_s << u"2048"_s;
     run(arguments);
@@ -113,15 +113,10 @@ QString TestKnownHostsOpenSsh::knownHostsText()
     const QString rsa = m_keys[u"rsa"_s];
     QString ecdsaIrregular = m_keys[u"ecdsa"_s];
     ecdsaIrregular.replace(u' ', u"\t  "_s);
-    return u"# known hosts of the test\n"_s
-        + u"github.com,10.0.0.1 "_s + ed + u"\n"_s
-        + u"\n"_s
-        + u"[db.example.org]:2222 "_s + rsa + u" db key\n"_s
-        + u"   plain.example \t "_s + ecdsaIrregular + u"   trailing  comment\twords   \n"_s
-        + u"@cert-authority *.example.org "_s + ed + u"\n"_s
-        + u"@revoked revoked.example "_s + rsa + u"\n"_s
-        + u"#commented.example "_s + ed + u"\n"_s
-        + u"  \t \n"_s
+    return u"# known hosts of the test\n"_s + u"github.com,10.0.0.1 "_s + ed + u"\n"_s + u"\n"_s
+        + u"[db.example.org]:2222 "_s + rsa + u" db key\n"_s + u"   plain.example \t "_s + ecdsaIrregular
+        + u"   trailing  comment\twords   \n"_s + u"@cert-authority *.example.org "_s + ed + u"\n"_s
+        + u"@revoked revoked.example "_s + rsa + u"\n"_s + u"#commented.example "_s + ed + u"\n"_s + u"  \t \n"_s
         + u"## two words\n"_s;
 }
 
@@ -129,7 +124,8 @@ QString TestKnownHostsOpenSsh::knownHostsText()
 // lines are added after hashing.
 QString TestKnownHostsOpenSsh::unhashableLines()
 {
-    return u",multi1,,multi2,,[multi3]:2200, "_s + m_keys[u"ecdsa"_s] + u"\n"_s + u"not a valid line at all? yes it is\n"_s + u"broken-line\n"_s + u"@revoked only.two.fields ssh-rsa\n"_s;
+    return u",multi1,,multi2,,[multi3]:2200, "_s + m_keys[u"ecdsa"_s] + u"\n"_s
+        + u"not a valid line at all? yes it is\n"_s + u"broken-line\n"_s + u"@revoked only.two.fields ssh-rsa\n"_s;
 }
 
 QString TestKnownHostsOpenSsh::writeFile(const QString& name, const QString& text)
@@ -143,10 +139,10 @@ QString TestKnownHostsOpenSsh::writeFile(const QString& name, const QString& tex
 
 QString TestKnownHostsOpenSsh::lookup(const QString& host, const QString& file)
 {
-    // Compare what OpenSSH found (line numbers, markers as "CA" or "REVOKED", keys), not how it echoes the matching line,
-    // whose spacing and hosts field the writer normalises.
+    // Compare what OpenSSH found (line numbers, markers as "CA" or "REVOKED", keys), not how it echoes the matching
+    // line, whose spacing and hosts field the writer normalises.
     QStringList found;
-    for (const QString& line : run({u"-F"_s, host, u"-f"_s, file}).split(u'\n', Qt::SkipEmptyParts)) {
+    for (const QString& line : run({ u"-F"_s, host, u"-f"_s, file }).split(u'\n', Qt::SkipEmptyParts)) {
         const QString simplified = line.simplified();
         if (simplified.startsWith(u'#')) {
             found.append(simplified);
@@ -165,7 +161,8 @@ QString TestKnownHostsOpenSsh::rewrite(const QString& file)
     QFile in(file);
     if (!in.open(QIODevice::ReadOnly))
         return {};
-    const QString written = KnownHostsService{}.serialize(KnownHostsService{}.parse(QString::fromUtf8(in.readAll())).document);
+    const QString written
+        = KnownHostsService {}.serialize(KnownHostsService {}.parse(QString::fromUtf8(in.readAll())).document);
     return writeFile(QFileInfo(file).fileName() + u".written"_s, written);
 }
 

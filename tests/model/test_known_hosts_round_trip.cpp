@@ -72,8 +72,8 @@ private slots:
     {
         QFETCH(quint32, seed);
         const QString text = KnownHostsTextGenerator(seed).normalFormText(40);
-        const KnownHostsParseResult result = KnownHostsService{}.parse(text);
-        QCOMPARE(KnownHostsService{}.serialize(result.document), text);
+        const KnownHostsParseResult result = KnownHostsService {}.parse(text);
+        QCOMPARE(KnownHostsService {}.serialize(result.document), text);
         writeSeed(u"normal-%1.txt"_s.arg(seed), text);
     }
 
@@ -82,11 +82,11 @@ private slots:
     {
         QFETCH(quint32, seed);
         const QString text = KnownHostsTextGenerator(seed).irregularText(40);
-        const KnownHostsParseResult first = KnownHostsService{}.parse(text);
-        const QString firstWrite = KnownHostsService{}.serialize(first.document);
-        const KnownHostsParseResult second = KnownHostsService{}.parse(firstWrite);
+        const KnownHostsParseResult first = KnownHostsService {}.parse(text);
+        const QString firstWrite = KnownHostsService {}.serialize(first.document);
+        const KnownHostsParseResult second = KnownHostsService {}.parse(firstWrite);
         QCOMPARE(second.document.records().size(), first.document.records().size());
-        QCOMPARE(KnownHostsService{}.serialize(second.document), firstWrite);
+        QCOMPARE(KnownHostsService {}.serialize(second.document), firstWrite);
         writeSeed(u"irregular-%1.txt"_s.arg(seed), text);
     }
 
@@ -95,8 +95,8 @@ private slots:
     {
         QFETCH(quint32, seed);
         KnownHostsTextGenerator generator(seed);
-        for (const QString& text : {generator.irregularText(30), generator.normalFormText(30)}) {
-            const QString broken = brokenInvariant(text, KnownHostsService{}.parse(text));
+        for (const QString& text : { generator.irregularText(30), generator.normalFormText(30) }) {
+            const QString broken = brokenInvariant(text, KnownHostsService {}.parse(text));
             QVERIFY2(broken.isEmpty(), qPrintable(broken + u" in: "_s + text));
         }
     }
@@ -108,8 +108,8 @@ private slots:
     {
         QFETCH(quint32, seed);
         const QString text = KnownHostsTextGenerator(seed).irregularText(20);
-        const KnownHostsDocument first = KnownHostsService{}.parse(text).document;
-        const KnownHostsDocument second = KnownHostsService{}.parse(KnownHostsService{}.serialize(first)).document;
+        const KnownHostsDocument first = KnownHostsService {}.parse(text).document;
+        const KnownHostsDocument second = KnownHostsService {}.parse(KnownHostsService {}.serialize(first)).document;
         for (qsizetype i = 0; i < first.records().size(); ++i) {
             const KnownHostEntry* before = first.records()[i].kind().entry();
             const KnownHostEntry* after = second.records()[i].kind().entry();
@@ -131,9 +131,9 @@ private slots:
     {
         QTest::addColumn<QByteArray>("base64");
         QTest::addColumn<int>("writesUntilStable");
-        QTest::newRow("comma-shielded @revoked among broken UTF-8")
-            << QByteArray("LEByZXZva2VkIGhvc3RBPXNoLWVkMjU1MSwJ5pel5pys4oCDQUFBQSAggqBvbGTjgGNvbSBzc2gtZTU1ZDE5MiBBQUFBPT12ZXI=")
-            << 2;
+        QTest::newRow("comma-shielded @revoked among broken UTF-8") << QByteArray(
+            "LEByZXZva2VkIGhvc3RBPXNoLWVkMjU1MSwJ5pel5pys4oCDQUFBQSAggqBvbGTjgGNvbSBzc2gtZTU1ZDE5MiBBQUFBPT12ZXI=")
+                                                                    << 2;
         QTest::newRow("shield behind shield: active, then commented out, then marked")
             << QByteArray("LCMsQHJldm9rZWQgLCMJIyBh") << 3;
     }
@@ -143,14 +143,14 @@ private slots:
         QFETCH(int, writesUntilStable);
         QString text = QString::fromUtf8(QByteArray::fromBase64(base64));
         writeSeed(u"finding-%1.txt"_s.arg(qHash(base64, 0), 0, 16), text);
-        const qsizetype records = KnownHostsService{}.parse(text).document.records().size();
+        const qsizetype records = KnownHostsService {}.parse(text).document.records().size();
         for (int write = 0; write < writesUntilStable; ++write) {
-            const KnownHostsParseResult result = KnownHostsService{}.parse(text);
+            const KnownHostsParseResult result = KnownHostsService {}.parse(text);
             QVERIFY(brokenInvariant(text, result).isEmpty());
             QCOMPARE(result.document.records().size(), records);
-            text = KnownHostsService{}.serialize(result.document);
+            text = KnownHostsService {}.serialize(result.document);
         }
-        QCOMPARE(KnownHostsService{}.serialize(KnownHostsService{}.parse(text).document), text);
+        QCOMPARE(KnownHostsService {}.serialize(KnownHostsService {}.parse(text).document), text);
     }
 
     void generatorIsDeterministic()

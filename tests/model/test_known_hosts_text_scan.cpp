@@ -16,14 +16,14 @@ private slots:
         QTest::addColumn<char16_t>("character");
         QTest::addColumn<bool>("isLineBreak");
         QTest::addColumn<bool>("isWhiteSpace");
-        const QList<std::tuple<const char*, char16_t, bool, bool>> rows{
-            {"LF", u'\n', true, true},          {"VT", u'\v', true, true},         {"FF", u'\f', true, true},
-            {"CR", u'\r', true, true},          {"NEL", u'\u0085', true, true},    {"LS", u'\u2028', true, true},
-            {"PS", u'\u2029', true, true},      {"blank", u' ', false, true},      {"tab", u'\t', false, true},
-            {"no-break space", u'\u00a0', false, true}, {"em space", u'\u2003', false, true},
-            {"ideographic space", u'\u3000', false, true}, {"unit separator", u'\u001f', false, false},
-            {"delete", u'\u007f', false, false}, {"0x84", u'\u0084', false, false},
-            {"e acute", u'\u00e9', false, false}, {"letter", u'x', false, false}};
+        const QList<std::tuple<const char*, char16_t, bool, bool>> rows { { "LF", u'\n', true, true },
+            { "VT", u'\v', true, true }, { "FF", u'\f', true, true }, { "CR", u'\r', true, true },
+            { "NEL", u'\u0085', true, true }, { "LS", u'\u2028', true, true }, { "PS", u'\u2029', true, true },
+            { "blank", u' ', false, true }, { "tab", u'\t', false, true }, { "no-break space", u'\u00a0', false, true },
+            { "em space", u'\u2003', false, true }, { "ideographic space", u'\u3000', false, true },
+            { "unit separator", u'\u001f', false, false }, { "delete", u'\u007f', false, false },
+            { "0x84", u'\u0084', false, false }, { "e acute", u'\u00e9', false, false },
+            { "letter", u'x', false, false } };
         for (const auto& [name, character, isLineBreak, isWhiteSpace] : rows)
             QTest::newRow(name) << character << isLineBreak << isWhiteSpace;
     }

@@ -75,8 +75,8 @@ private slots:
         XdgDataFixture xdg;
         FakePrograms programs;
         installEveryTerminal(xdg, programs);
-        xdg.writeEntry(
-            0, u"org.gnome.Terminal"_s, "[Desktop Entry]\nName=Terminal\nName[nl]=Terminalvenster\nExec=gnome-terminal\n");
+        xdg.writeEntry(0, u"org.gnome.Terminal"_s,
+            "[Desktop Entry]\nName=Terminal\nName[nl]=Terminalvenster\nExec=gnome-terminal\n");
         const CommandLineTerminalDiscovery discovery = programs.discoveryOver(xdg, u"nl_NL.UTF-8"_s);
 
         const QList<TerminalApp> apps = discovery.discoverTerminalApps();
@@ -91,8 +91,8 @@ private slots:
             QCOMPARE(app.uriScheme(), std::optional<QString>());
         }
         QCOMPARE(names,
-            (QStringList { u"Terminalvenster"_s, u"Ptyxis"_s, u"Console"_s, u"Konsole"_s, u"Xfce Terminal"_s, u"Tilix"_s,
-                u"kitty"_s, u"Alacritty"_s, u"WezTerm"_s, u"Foot"_s, u"XTerm"_s }));
+            (QStringList { u"Terminalvenster"_s, u"Ptyxis"_s, u"Console"_s, u"Konsole"_s, u"Xfce Terminal"_s,
+                u"Tilix"_s, u"kitty"_s, u"Alacritty"_s, u"WezTerm"_s, u"Foot"_s, u"XTerm"_s }));
     }
 
     void builtInTerminalsComeFirst()
@@ -108,7 +108,8 @@ private slots:
         QCOMPARE(identifiersOf(apps),
             (QStringList { u"dev.warp.Warp"_s, u"dev.warp.Warp-Preview"_s, u"kitty"_s, u"debian-xterm"_s }));
         QCOMPARE(apps[0], TerminalApp(u"dev.warp.Warp"_s, u"Warp"_s, LaunchMode::warp, u"warp"_s));
-        QCOMPARE(apps[1], TerminalApp(u"dev.warp.Warp-Preview"_s, u"Warp Preview"_s, LaunchMode::warp, u"warppreview"_s));
+        QCOMPARE(
+            apps[1], TerminalApp(u"dev.warp.Warp-Preview"_s, u"Warp Preview"_s, LaunchMode::warp, u"warppreview"_s));
         QCOMPARE(apps[3].commandPrefix(), (QStringList { findExecutableProgram(u"sh"_s), u"-e"_s }));
     }
 
@@ -188,7 +189,8 @@ private slots:
         QTest::addColumn<QString>("identifier");
         QTest::addColumn<QStringList>("expected");
 
-        QTest::newRow("GNOME Terminal") << u"org.gnome.Terminal"_s << QStringList { u"/opt/bin/gnome-terminal"_s, u"--"_s };
+        QTest::newRow("GNOME Terminal") << u"org.gnome.Terminal"_s
+                                        << QStringList { u"/opt/bin/gnome-terminal"_s, u"--"_s };
         QTest::newRow("Ptyxis") << u"org.gnome.Ptyxis"_s << QStringList { u"/opt/bin/ptyxis"_s, u"--"_s };
         QTest::newRow("Console") << u"org.gnome.Console"_s << QStringList { u"/opt/bin/kgx"_s, u"--"_s };
         QTest::newRow("Konsole") << u"org.kde.konsole"_s << QStringList { u"/opt/bin/konsole"_s, u"-e"_s };
@@ -211,8 +213,8 @@ private slots:
         installEveryTerminal(xdg, programs);
         const CommandLineTerminalDiscovery discovery = programs.discoveryOver(xdg);
         const QList<TerminalApp> apps = discovery.discoverTerminalApps();
-        const auto app = std::find_if(
-            apps.cbegin(), apps.cend(), [&](const TerminalApp& found) { return found.bundleIdentifier() == identifier; });
+        const auto app = std::find_if(apps.cbegin(), apps.cend(),
+            [&](const TerminalApp& found) { return found.bundleIdentifier() == identifier; });
         QVERIFY(app != apps.cend());
 
         QList<QStringList> started;
@@ -240,7 +242,6 @@ private slots:
             QCOMPARE(error.description(), u"Terminal app openen mislukt voor org.kde.konsole."_s);
         }
     }
-
 };
 
 QTEST_GUILESS_MAIN(TestCommandLineTerminals)

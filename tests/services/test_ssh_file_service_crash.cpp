@@ -97,7 +97,6 @@ private slots:
         QVERIFY2(onDisk == a.toLatin1() || onDisk == b.toLatin1(),
             qPrintable(u"%1 bytes on disk, neither text whole"_s.arg(onDisk.size())));
     }
-
 };
 
 int main(int argc, char* argv[])

@@ -120,7 +120,6 @@ private slots:
         // The session waits for Enter after the command, so the window is still there to be read.
         QCOMPARE(::kill(static_cast<pid_t>(terminalId), 0), 0);
     }
-
 };
 
 QTEST_GUILESS_MAIN(TestXtermLaunch)

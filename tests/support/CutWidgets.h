@@ -19,8 +19,8 @@ using namespace Qt::StringLiterals;
 
 inline QString describe(const QWidget& widget)
 {
-    const QString name = widget.objectName().isEmpty() ? QString::fromLatin1(widget.metaObject()->className())
-                                                       : widget.objectName();
+    const QString name
+        = widget.objectName().isEmpty() ? QString::fromLatin1(widget.metaObject()->className()) : widget.objectName();
     const auto* label = qobject_cast<const QLabel*>(&widget);
     const auto* button = qobject_cast<const QAbstractButton*>(&widget);
     const QString text = label ? label->text() : button ? button->text() : QString();
@@ -68,8 +68,8 @@ inline bool isChecked(const QWidget& widget)
     // A line edit's own clear button is drawn to the field's size, not to its hint.
     if (qobject_cast<const QLineEdit*>(widget.parentWidget()))
         return false;
-    return qobject_cast<const QLabel*>(&widget) || qobject_cast<const QAbstractButton*>(&widget) ||
-           qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QLineEdit*>(&widget);
+    return qobject_cast<const QLabel*>(&widget) || qobject_cast<const QAbstractButton*>(&widget)
+        || qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QLineEdit*>(&widget);
 }
 } // namespace cutWidgets
 

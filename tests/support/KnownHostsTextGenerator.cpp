@@ -4,8 +4,7 @@ using namespace Qt::StringLiterals;
 
 KnownHostsTextGenerator::KnownHostsTextGenerator(quint32 seed)
     : m_random(seed)
-{
-}
+{ }
 
 int KnownHostsTextGenerator::below(int bound)
 {
@@ -20,22 +19,22 @@ QString KnownHostsTextGenerator::pick(const QStringList& choices)
 
 QString KnownHostsTextGenerator::word()
 {
-    static const QStringList words{u"server"_s, u"old"_s, u"key"_s, u"werk"_s, u"née"_s, u"x"_s,
-                                   u"root@laptop"_s, u"2024-01-02"_s, u"façade"_s, u"日本"_s, u"#tag"_s, u"a,b"_s};
+    static const QStringList words { u"server"_s, u"old"_s, u"key"_s, u"werk"_s, u"née"_s, u"x"_s, u"root@laptop"_s,
+        u"2024-01-02"_s, u"façade"_s, u"日本"_s, u"#tag"_s, u"a,b"_s };
     return pick(words);
 }
 
 QString KnownHostsTextGenerator::host()
 {
-    static const QStringList hosts{u"github.com"_s, u"10.0.0.1"_s, u"[db.example.org]:2222"_s, u"*.internal"_s,
-                                   u"!bad.host"_s, u"node?"_s, u"|1|F1E1KeoE/eEWhi10WpGv4OdiO6Y=|3988QV0VE8wmZL7suNrYQLITLCg="_s,
-                                   u"|2|abc=|def="_s, u"1|not-hashed"_s, u"user@host"_s, u"fe80::1"_s, u"h\u00e9te"_s};
+    static const QStringList hosts { u"github.com"_s, u"10.0.0.1"_s, u"[db.example.org]:2222"_s, u"*.internal"_s,
+        u"!bad.host"_s, u"node?"_s, u"|1|F1E1KeoE/eEWhi10WpGv4OdiO6Y=|3988QV0VE8wmZL7suNrYQLITLCg="_s,
+        u"|2|abc=|def="_s, u"1|not-hashed"_s, u"user@host"_s, u"fe80::1"_s, u"h\u00e9te"_s };
     return pick(hosts);
 }
 
 QString KnownHostsTextGenerator::hostsField(bool irregular)
 {
-    QStringList hosts{host()};
+    QStringList hosts { host() };
     while (chance(35))
         hosts.append(host());
     if (!irregular)
@@ -48,15 +47,15 @@ QString KnownHostsTextGenerator::hostsField(bool irregular)
 
 QString KnownHostsTextGenerator::keyField()
 {
-    static const QStringList keys{u"AAAAC3NzaC1lZDI1NTE5AAAAIOMqqnkVzrm0SdG6UOoqKLsabgH5C9okWi0dh2l9GKJl"_s,
-                                  u"AAAAB3NzaC1yc2EAAAADAQABAAABAQC7"_s, u"AAAA"_s, u"x"_s, u"AAAA=="_s};
+    static const QStringList keys { u"AAAAC3NzaC1lZDI1NTE5AAAAIOMqqnkVzrm0SdG6UOoqKLsabgH5C9okWi0dh2l9GKJl"_s,
+        u"AAAAB3NzaC1yc2EAAAADAQABAAABAQC7"_s, u"AAAA"_s, u"x"_s, u"AAAA=="_s };
     return pick(keys);
 }
 
 QString KnownHostsTextGenerator::normalEntry()
 {
-    static const QStringList types{u"ssh-ed25519"_s, u"ssh-rsa"_s, u"ecdsa-sha2-nistp256"_s, u"weird-type"_s};
-    static const QStringList markers{u"@cert-authority "_s, u"@revoked "_s};
+    static const QStringList types { u"ssh-ed25519"_s, u"ssh-rsa"_s, u"ecdsa-sha2-nistp256"_s, u"weird-type"_s };
+    static const QStringList markers { u"@cert-authority "_s, u"@revoked "_s };
     QString line = chance(20) ? u"# "_s : QString();
     if (chance(20))
         line += pick(markers);
@@ -82,9 +81,9 @@ QString KnownHostsTextGenerator::normalComment()
 
 QString KnownHostsTextGenerator::invalidLine()
 {
-    static const QStringList lines{u"garbage"_s, u"two fields"_s, u"@revoked host ssh-ed25519"_s,
-                                   u",,, ssh-rsa AAAA"_s, u"  indented  pair\t"_s, u"@CERT-AUTHORITY , t k"_s,
-                                   u"\u00a0lonely\u00a0"_s, u"|1|abc"_s};
+    static const QStringList lines { u"garbage"_s, u"two fields"_s, u"@revoked host ssh-ed25519"_s,
+        u",,, ssh-rsa AAAA"_s, u"  indented  pair\t"_s, u"@CERT-AUTHORITY , t k"_s, u"\u00a0lonely\u00a0"_s,
+        u"|1|abc"_s };
     return pick(lines);
 }
 
@@ -113,21 +112,21 @@ QString KnownHostsTextGenerator::normalFormText(int maxLines)
 
 QString KnownHostsTextGenerator::gap()
 {
-    static const QStringList gaps{u" "_s, u"  "_s, u"\t"_s, u" \t "_s, u"\u00a0"_s, u"\u2003"_s, u"\u3000"_s};
+    static const QStringList gaps { u" "_s, u"  "_s, u"\t"_s, u" \t "_s, u"\u00a0"_s, u"\u2003"_s, u"\u3000"_s };
     return pick(gaps);
 }
 
 QString KnownHostsTextGenerator::lineBreak()
 {
-    static const QStringList breaks{u"\n"_s, u"\n"_s, u"\n"_s, u"\r\n"_s, u"\r"_s,  u"\u000b"_s,
-                                    u"\u000c"_s, u"\u0085"_s, u"\u2028"_s, u"\u2029"_s};
+    static const QStringList breaks { u"\n"_s, u"\n"_s, u"\n"_s, u"\r\n"_s, u"\r"_s, u"\u000b"_s, u"\u000c"_s,
+        u"\u0085"_s, u"\u2028"_s, u"\u2029"_s };
     return pick(breaks);
 }
 
 QString KnownHostsTextGenerator::irregularEntry()
 {
-    static const QStringList markers{u"@cert-authority"_s, u"@REVOKED"_s, u"@Cert-Authority"_s, u"@revoked"_s,
-                                     u"@revoke"_s, u"@"_s};
+    static const QStringList markers { u"@cert-authority"_s, u"@REVOKED"_s, u"@Cert-Authority"_s, u"@revoked"_s,
+        u"@revoke"_s, u"@"_s };
     QStringList fields;
     if (chance(30))
         fields.append(pick(markers));
@@ -145,7 +144,7 @@ QString KnownHostsTextGenerator::irregularEntry()
 
 QString KnownHostsTextGenerator::irregularComment()
 {
-    static const QStringList prefixes{u"#"_s, u"# "_s, u"#\t"_s, u"##"_s, u"## "_s, u"  # "_s, u"#  "_s};
+    static const QStringList prefixes { u"#"_s, u"# "_s, u"#\t"_s, u"##"_s, u"## "_s, u"  # "_s, u"#  "_s };
     QString line = pick(prefixes);
     if (chance(50))
         return line + irregularEntry();

@@ -7,7 +7,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 // One SSH wire-format string: a 32-bit big-endian length, then the bytes.
 QByteArray wireString(const QByteArray& bytes)
@@ -53,13 +54,13 @@ SshKeygenRun SshKeygen::run(const QStringList& arguments) const
     process.start(m_program, arguments);
     if (!process.waitForFinished(60'000))
         return {};
-    return{process.exitCode(), QString::fromUtf8(process.readAllStandardOutput())};
+    return { process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()) };
 }
 
 QString SshKeygen::generatePublicKey(const QString& type, int bits)
 {
     const QString path = filePath(u"key%1"_s.arg(++m_keys));
-    QStringList arguments{u"-q"_s, u"-t"_s, type, u"-N"_s, QString(), u"-C"_s, QString(), u"-f"_s, path};
+    QStringList arguments { u"-q"_s, u"-t"_s, type, u"-N"_s, QString(), u"-C"_s, QString(), u"-f"_s, path };
     if (bits > 0)
         arguments << u"-b"_s << QString::number(bits);
     if (run(arguments).exitCode != 0)

@@ -17,7 +17,7 @@ QList<TerminalApp> ScriptedTerminalDiscovery::discoverTerminalApps() const
 
 bool RecordingLauncher::launch(const TerminalApp& app, const QString& command)
 {
-    calls.append({app, command});
+    calls.append({ app, command });
     if (failure)
         throw PlatformError(*failure);
     return putsOnClipboard;
@@ -28,8 +28,8 @@ WindowFixture::WindowFixture()
     , launcher(std::make_shared<RecordingLauncher>())
     , defaults(std::make_shared<InMemoryUserDefaultsStore>())
 {
-    discovery->apps = {TerminalApp(u"com.apple.Terminal"_s, u"Terminal"_s, TerminalApp::LaunchMode::appleTerminal),
-                       TerminalApp(u"com.googlecode.iterm2"_s, u"iTerm2"_s, TerminalApp::LaunchMode::iTerm2)};
+    discovery->apps = { TerminalApp(u"com.apple.Terminal"_s, u"Terminal"_s, TerminalApp::LaunchMode::appleTerminal),
+        TerminalApp(u"com.googlecode.iterm2"_s, u"iTerm2"_s, TerminalApp::LaunchMode::iTerm2) };
 }
 
 QString WindowFixture::configPath() const
@@ -61,7 +61,7 @@ QString WindowFixture::readText(const QString& path)
 QStringList WindowFixture::backupsOf(const QString& path)
 {
     const QFileInfo info(path);
-    return info.dir().entryList({info.fileName() + u".backup-*"_s}, QDir::Files, QDir::Name);
+    return info.dir().entryList({ info.fileName() + u".backup-*"_s }, QDir::Files, QDir::Name);
 }
 
 SSHConfigViewModel& WindowFixture::make(const QString& config, const QString& knownHosts)
@@ -111,6 +111,7 @@ QString WindowFixture::sampleKnownHosts()
 {
     return u"web-1.example.com ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIOMqqnkVzrm0SdG6UOoqKLsabgH5C9okWi0dh2l9GKJl\n"
            u"[db-1.internal.example.com]:2200 ecdsa-sha2-nistp256 "
-           u"AAAAE2VjZHNhLXNoYTItbmlzdHAyNTYAAAAIbmlzdHAyNTYAAABBBEmKSENjQEezOmxkZMy7opKgwFB9nkt5YRrYMjNuG5N87uRgg6CLrbo5wAdT/y6v0mKV0U2w0WZ2YB/++Tpockg=\n"
+           u"AAAAE2VjZHNhLXNoYTItbmlzdHAyNTYAAAAIbmlzdHAyNTYAAABBBEmKSENjQEezOmxkZMy7opKgwFB9nkt5YRrYMjNuG5N87uRgg6CLrb"
+           u"o5wAdT/y6v0mKV0U2w0WZ2YB/++Tpockg=\n"
            u"# acme.example.net ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIHZ3b3JsZGhlbGxvd29ybGRoZWxsb3dvcmxkaGVsbG8K\n"_s;
 }

@@ -37,8 +37,7 @@ bool isControl(const QWidget& widget)
 
 QString nameOf(const QWidget& widget)
 {
-    return widget.objectName().isEmpty() ? QString::fromLatin1(widget.metaObject()->className())
-                                         : widget.objectName();
+    return widget.objectName().isEmpty() ? QString::fromLatin1(widget.metaObject()->className()) : widget.objectName();
 }
 
 void checkNode(QAccessibleInterface& node, const QString& widgetName, QStringList& found)
@@ -131,7 +130,7 @@ private Q_SLOTS:
         QTRY_VERIFY(sheet->isVisible());
         unnamed += unnamedControls(*sheet);
         // The message bars are hidden until they have something to say; their buttons are named anyway.
-        for (const QString& bar : {u"configChangeBar"_s, u"knownHostsChangeBar"_s, u"sshCheckBar"_s}) {
+        for (const QString& bar : { u"configChangeBar"_s, u"knownHostsChangeBar"_s, u"sshCheckBar"_s }) {
             for (QAbstractButton* button : child<QWidget>(window, bar)->findChildren<QAbstractButton*>()) {
                 if (button->accessibleName().isEmpty() || button->accessibleDescription().isEmpty())
                     unnamed.append(bar + u": "_s + nameOf(*button));
@@ -147,7 +146,7 @@ private Q_SLOTS:
         WindowFixture fixture;
         SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
         HostListModel model(viewModel);
-        const QModelIndex enabled = model.index(0, 0);  // web-1
+        const QModelIndex enabled = model.index(0, 0); // web-1
         const QModelIndex disabled = model.index(3, 0); // old-server
         QVERIFY(!disabled.data(HostListModel::IsEnabledRole).toBool());
         QCOMPARE(disabled.data(Qt::AccessibleTextRole).toString(), u"old-server, uitgeschakeld"_s);

@@ -19,7 +19,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 const QString sampleConfig = u"Host web app\n"
                              u"    HostName web.example.com\n"
@@ -110,8 +111,7 @@ private Q_SLOTS:
         QCOMPARE(child<QLineEdit>(*m_view, u"hostPatternsField"_s)->text(), u"db"_s);
         QCOMPARE(child<QLineEdit>(*m_view, u"optionField_HostName"_s)->text(), u"foo"_s);
         QCOMPARE(child<QLineEdit>(*m_view, u"optionField_User"_s)->text(), u"first"_s);
-        QCOMPARE(child<QLineEdit>(*m_view, u"optionField_IdentityFile"_s)->placeholderText(),
-                 u"~/.ssh/id_ed25519"_s);
+        QCOMPARE(child<QLineEdit>(*m_view, u"optionField_IdentityFile"_s)->placeholderText(), u"~/.ssh/id_ed25519"_s);
         m_fixture->select(0);
         QCOMPARE(child<QLineEdit>(*m_view, u"hostPatternsField"_s)->text(), u"web app"_s);
         QCOMPARE(child<QLineEdit>(*m_view, u"optionField_HostName"_s)->text(), u"web.example.com"_s);
@@ -123,8 +123,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QStringList>("patterns");
         QTest::addColumn<QString>("shownAfterwards");
-        QTest::newRow("two blanks between") << u"web  db"_s << QStringList{u"web"_s, u"db"_s} << u"web db"_s;
-        QTest::newRow("cleared gives star") << QString() << QStringList{u"*"_s} << u"*"_s;
+        QTest::newRow("two blanks between") << u"web  db"_s << QStringList { u"web"_s, u"db"_s } << u"web db"_s;
+        QTest::newRow("cleared gives star") << QString() << QStringList { u"*"_s } << u"*"_s;
     }
     void patternsField()
     {
@@ -145,7 +145,7 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("groups");
         QTest::addColumn<QString>("shownAfterwards");
         QTest::newRow("blank, empty piece, trailing comma")
-            << u" werk,, klanten,"_s << QStringList{u"werk"_s, u"klanten"_s} << u"werk, klanten"_s;
+            << u" werk,, klanten,"_s << QStringList { u"werk"_s, u"klanten"_s } << u"werk, klanten"_s;
         QTest::newRow("cleared gives no groups") << QString() << QStringList() << QString();
     }
     void groupsField()
@@ -168,10 +168,10 @@ private Q_SLOTS:
         QTest::keyClicks(groups, u"web, "_s);
         QCOMPARE(groups->text(), u"web, "_s);
         QCOMPARE(groups->cursorPosition(), 5);
-        QCOMPARE(m_fixture->selected().groups, QStringList{u"web"_s});
+        QCOMPARE(m_fixture->selected().groups, QStringList { u"web"_s });
         QTest::keyClicks(groups, u"db"_s);
         QCOMPARE(groups->text(), u"web, db"_s);
-        QCOMPARE(m_fixture->selected().groups, (QStringList{u"web"_s, u"db"_s}));
+        QCOMPARE(m_fixture->selected().groups, (QStringList { u"web"_s, u"db"_s }));
 
         auto* patterns = child<QLineEdit>(*m_view, u"hostPatternsField"_s);
         patterns->setFocus();
@@ -179,7 +179,7 @@ private Q_SLOTS:
         QTest::keyClicks(patterns, u" "_s);
         QCOMPARE(patterns->text(), u"db "_s);
         QTest::keyClicks(patterns, u"db2"_s);
-        QCOMPARE(m_fixture->selected().patterns, (QStringList{u"db"_s, u"db2"_s}));
+        QCOMPARE(m_fixture->selected().patterns, (QStringList { u"db"_s, u"db2"_s }));
 
         auto* port = child<QLineEdit>(*m_view, u"optionField_Port"_s);
         retype(port, u"2222"_s);
@@ -190,7 +190,7 @@ private Q_SLOTS:
         QCOMPARE(port->text(), u"  2222  "_s);
         // Stored trimmed, in the option's own place; the field shows the stored text once editing ends.
         QCOMPARE(optionLines(m_fixture->selected()),
-                 (QStringList{u"hostname=foo"_s, u"User=first"_s, u"User=second"_s, u"Port=2222"_s, u"<blank>"_s}));
+            (QStringList { u"hostname=foo"_s, u"User=first"_s, u"User=second"_s, u"Port=2222"_s, u"<blank>"_s }));
         QTest::keyClick(port, Qt::Key_Return);
         QCOMPARE(port->text(), u"2222"_s);
     }
@@ -220,17 +220,17 @@ private Q_SLOTS:
         const QString blank = u"<blank>"_s;
         QTest::newRow("lower-case key replaced in place, spelling taken")
             << u"HostName"_s << u"bar"_s
-            << QStringList{u"HostName=bar"_s, u"User=first"_s, u"User=second"_s, u"Port=22"_s, blank} << u"bar"_s;
+            << QStringList { u"HostName=bar"_s, u"User=first"_s, u"User=second"_s, u"Port=22"_s, blank } << u"bar"_s;
         QTest::newRow("cleared removes the option")
-            << u"Port"_s << QString() << QStringList{u"hostname=foo"_s, u"User=first"_s, u"User=second"_s, blank}
+            << u"Port"_s << QString() << QStringList { u"hostname=foo"_s, u"User=first"_s, u"User=second"_s, blank }
             << QString();
         QTest::newRow("only the first of two is changed")
             << u"User"_s << u"root"_s
-            << QStringList{u"hostname=foo"_s, u"User=root"_s, u"User=second"_s, u"Port=22"_s, blank} << u"root"_s;
+            << QStringList { u"hostname=foo"_s, u"User=root"_s, u"User=second"_s, u"Port=22"_s, blank } << u"root"_s;
         QTest::newRow("a new option goes to the end of the items")
             << u"IdentityFile"_s << u"~/.ssh/id_db"_s
-            << QStringList{u"hostname=foo"_s, u"User=first"_s, u"User=second"_s, u"Port=22"_s, blank,
-                           u"IdentityFile=~/.ssh/id_db"_s}
+            << QStringList { u"hostname=foo"_s, u"User=first"_s, u"User=second"_s, u"Port=22"_s, blank,
+                   u"IdentityFile=~/.ssh/id_db"_s }
             << u"~/.ssh/id_db"_s;
     }
     void commonOption()
@@ -358,7 +358,7 @@ private Q_SLOTS:
         QCOMPARE(hostName->text(), u"db.example.com"_s);
         QCOMPARE(groups->text(), u"werk, "_s);
 
-        host.groups = {u"prod"_s};
+        host.groups = { u"prod"_s };
         m_fixture->viewModel->updateHost(host, *m_fixture->viewModel->selectedHostIndex());
         QCOMPARE(groups->text(), u"prod"_s);
     }

@@ -1,6 +1,6 @@
 #include "ContentView.h"
-#include "ElidingComboBox.h"
 #include "CreateGroupDialog.h"
+#include "ElidingComboBox.h"
 #include "HostListModel.h"
 #include "HostListView.h"
 #include "HostRowDelegate.h"
@@ -39,11 +39,12 @@ private Q_SLOTS:
         SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
         HostSidebarView sidebar(viewModel);
         auto* list = child<HostListView>(sidebar, u"hostList"_s);
-        QCOMPARE(rowTexts(*list->model()), QStringList({u"web-1"_s, u"db-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s}));
+        QCOMPARE(
+            rowTexts(*list->model()), QStringList({ u"web-1"_s, u"db-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s }));
         QCOMPARE(list->currentIndex().row(), 0);
         QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorderOn);
-        QCOMPARE(child<QLineEdit>(sidebar, u"hostSearchField"_s)->placeholderText(),
-                 u"Search hosts / options / groups"_s);
+        QCOMPARE(
+            child<QLineEdit>(sidebar, u"hostSearchField"_s)->placeholderText(), u"Search hosts / options / groups"_s);
         QCOMPARE(child<QPushButton>(sidebar, u"newGroupButton"_s)->text(), u"Nieuwe groep"_s);
     }
 
@@ -53,9 +54,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("groups");
         QTest::addColumn<QColor>("dot");
-        QTest::newRow("enabled host with groups")
-            << u"# Group: werk, klanten\nHost web\n  HostName w\n"_s << u"web"_s << u"werk, klanten"_s
-            << HostRowDelegate::dotColour(true);
+        QTest::newRow("enabled host with groups") << u"# Group: werk, klanten\nHost web\n  HostName w\n"_s << u"web"_s
+                                                  << u"werk, klanten"_s << HostRowDelegate::dotColour(true);
         QTest::newRow("disabled host without groups")
             << u"# Host old\n#   HostName o\n"_s << u"old"_s << QString() << HostRowDelegate::dotColour(false);
     }
@@ -105,12 +105,11 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         auto* list = child<HostListView>(window, u"hostList"_s);
         const auto height = [list](int row) { return list->visualRect(list->model()->index(row, 0)).height(); };
-        const int withGroups = height(0);   // web-1: werk, productie
+        const int withGroups = height(0); // web-1: werk, productie
         const int withoutGroups = height(3); // old-server
         QCOMPARE(height(1), withGroups);
         QCOMPARE(height(4), withoutGroups); // *
-        QVERIFY2(withGroups > withoutGroups,
-                 qPrintable(u"%1 against %2"_s.arg(withGroups).arg(withoutGroups)));
+        QVERIFY2(withGroups > withoutGroups, qPrintable(u"%1 against %2"_s.arg(withGroups).arg(withoutGroups)));
     }
 
     // A long group name is shown whole in the picker's list, however narrow the sidebar.
@@ -131,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(item.data().toString(), longName);
         const int needed = popup->fontMetrics().horizontalAdvance(longName);
         QVERIFY2(popup->viewport()->width() >= needed,
-                 qPrintable(u"%1 wide for %2"_s.arg(popup->viewport()->width()).arg(needed)));
+            qPrintable(u"%1 wide for %2"_s.arg(popup->viewport()->width()).arg(needed)));
         picker->hidePopup();
 
         // Chosen, it does not fit the box: the box shortens it with an ellipsis and its tool tip has it all.
@@ -158,14 +157,14 @@ private Q_SLOTS:
         QVERIFY(model.flags(QModelIndex()).testFlag(Qt::ItemIsDropEnabled));
 
         QVERIFY(model.moveRow({}, 1, {}, 5));
-        QCOMPARE(rowTexts(model), QStringList({u"web-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s, u"db-1"_s}));
+        QCOMPARE(rowTexts(model), QStringList({ u"web-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s, u"db-1"_s }));
         QCOMPARE(viewModel.undoText(), u"Ongedaan maken: Hosts verplaatsen"_s);
 
         viewModel.setSearchText(u"o"_s);
         QVERIFY(!model.flags(model.index(0, 0)).testFlag(Qt::ItemIsDragEnabled));
         QVERIFY(!model.moveRow({}, 0, {}, model.rowCount()));
         viewModel.setSearchText(QString());
-        QCOMPARE(rowTexts(model), QStringList({u"web-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s, u"db-1"_s}));
+        QCOMPARE(rowTexts(model), QStringList({ u"web-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s, u"db-1"_s }));
     }
 
     // Search and group filter
@@ -175,9 +174,9 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QStringList>("listed");
         QTest::addColumn<bool>("reorder");
-        const QStringList all{u"web-1"_s, u"db-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s};
-        QTest::newRow("pattern") << u"acme"_s << QStringList{u"klant-acme"_s} << false;
-        QTest::newRow("nothing matches") << u"zzz"_s << QStringList{} << false;
+        const QStringList all { u"web-1"_s, u"db-1"_s, u"klant-acme"_s, u"old-server"_s, u"*"_s };
+        QTest::newRow("pattern") << u"acme"_s << QStringList { u"klant-acme"_s } << false;
+        QTest::newRow("nothing matches") << u"zzz"_s << QStringList {} << false;
         QTest::newRow("blanks only count as no search") << u"   "_s << all << true;
     }
 
@@ -202,10 +201,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<int>("groupsDown");
         QTest::addColumn<QStringList>("listed");
-        QTest::newRow("search hides it") << u"db"_s << 0 << QStringList{u"db-1"_s};
-        QTest::newRow("search hides every host") << u"zzz"_s << 0 << QStringList{};
-        QTest::newRow("group hides it") << QString() << 3 << QStringList{u"web-1"_s, u"db-1"_s};
-        QTest::newRow("search and group") << u"web"_s << 2 << QStringList{u"web-1"_s};
+        QTest::newRow("search hides it") << u"db"_s << 0 << QStringList { u"db-1"_s };
+        QTest::newRow("search hides every host") << u"zzz"_s << 0 << QStringList {};
+        QTest::newRow("group hides it") << QString() << 3 << QStringList { u"web-1"_s, u"db-1"_s };
+        QTest::newRow("search and group") << u"web"_s << 2 << QStringList { u"web-1"_s };
     }
 
     void filteringKeepsTheSelectedHost()
@@ -266,13 +265,14 @@ private Q_SLOTS:
         SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig());
         HostSidebarView sidebar(viewModel);
         auto* picker = child<QComboBox>(sidebar, u"groupPicker"_s);
-        QCOMPARE(comboItems(*picker), QStringList({u"All"_s, u"klanten"_s, u"productie"_s, u"werk"_s}));
+        QCOMPARE(comboItems(*picker), QStringList({ u"All"_s, u"klanten"_s, u"productie"_s, u"werk"_s }));
         QCOMPARE(picker->currentText(), u"All"_s);
 
         picker->setFocus();
         QTest::keyClick(picker, Qt::Key_End);
         QCOMPARE(viewModel.selectedGroup(), u"werk"_s);
-        QCOMPARE(rowTexts(*child<HostListView>(sidebar, u"hostList"_s)->model()), QStringList({u"web-1"_s, u"db-1"_s}));
+        QCOMPARE(
+            rowTexts(*child<HostListView>(sidebar, u"hostList"_s)->model()), QStringList({ u"web-1"_s, u"db-1"_s }));
         QCOMPARE(child<QLabel>(sidebar, u"reorderHint"_s)->text(), reorderOff);
 
         viewModel.setSelectedGroup(u"All"_s);
@@ -302,7 +302,7 @@ private Q_SLOTS:
         QCOMPARE(name->text(), u"   "_s);
         QCOMPARE(viewModel.statusMessage(), u"Geef een geldige groepsnaam op."_s);
         QCOMPARE(child<QWidget>(window, u"statusMessage"_s)->property("text").toString(),
-                 u"Geef een geldige groepsnaam op."_s);
+            u"Geef een geldige groepsnaam op."_s);
 
         QTest::keyClick(name, Qt::Key_Escape);
         QTRY_VERIFY(!sheet->isVisible());
@@ -339,10 +339,10 @@ private Q_SLOTS:
         QTRY_VERIFY(!sheet->isVisible());
         QCOMPARE(sheet->newGroupName(), QString());
         QCOMPARE(viewModel.selectedGroup(), u"PLOVRA SERVERS"_s);
-        QCOMPARE(viewModel.document().hosts.at(2).groups, QStringList({u"klanten"_s, u"PLOVRA SERVERS"_s}));
-        QCOMPARE(rowTexts(*list->model()), QStringList{u"klant-acme"_s});
+        QCOMPARE(viewModel.document().hosts.at(2).groups, QStringList({ u"klanten"_s, u"PLOVRA SERVERS"_s }));
+        QCOMPARE(rowTexts(*list->model()), QStringList { u"klant-acme"_s });
         QCOMPARE(comboItems(*child<QComboBox>(window, u"groupPicker"_s)),
-                 QStringList({u"All"_s, u"klanten"_s, u"PLOVRA SERVERS"_s, u"productie"_s, u"werk"_s}));
+            QStringList({ u"All"_s, u"klanten"_s, u"PLOVRA SERVERS"_s, u"productie"_s, u"werk"_s }));
         QCOMPARE(child<QComboBox>(window, u"groupPicker"_s)->currentText(), u"PLOVRA SERVERS"_s);
         QVERIFY(window.statusLine().showsUnsavedChangesWarning());
     }
@@ -350,8 +350,8 @@ private Q_SLOTS:
     void knownHostsSummaryCountsEntriesAndErrors()
     {
         WindowFixture fixture;
-        SSHConfigViewModel& viewModel =
-            fixture.make(QString(), WindowFixture::sampleKnownHosts() + u"lonely-host-without-key\n"_s);
+        SSHConfigViewModel& viewModel
+            = fixture.make(QString(), WindowFixture::sampleKnownHosts() + u"lonely-host-without-key\n"_s);
         KnownHostsSummaryView summary(viewModel);
         QCOMPARE(child<QLabel>(summary, u"knownHostsEntriesLabel"_s)->text(), u"Entries: 3"_s);
         auto* errors = child<QLabel>(summary, u"knownHostsParseErrorsLabel"_s);
@@ -363,7 +363,6 @@ private Q_SLOTS:
         QCOMPARE(child<QLabel>(summary, u"knownHostsEntriesLabel"_s)->text(), u"Entries: 1"_s);
         QVERIFY(errors->isHidden());
     }
-
 };
 
 QTEST_MAIN(TestHostSidebar)

@@ -91,7 +91,7 @@ private Q_SLOTS:
                 itemKeys.append(key);
             }
         }
-        QCOMPARE(titles, QStringList({u"File"_s, u"Edit"_s, u"Host"_s, u"View"_s, u"Help"_s}));
+        QCOMPARE(titles, QStringList({ u"File"_s, u"Edit"_s, u"Host"_s, u"View"_s, u"Help"_s }));
     }
 
     // Each main action by its menu, opened and chosen with the keyboard alone.
@@ -143,8 +143,8 @@ private Q_SLOTS:
         QVERIFY(!child<QAction>(*window, u"addHostMenuAction"_s)->isVisible());
         QVERIFY(!child<QAction>(*window, u"deleteHostMenuAction"_s)->isVisible());
         // The menu item carries no shortcut: the toolbar's buttons have none either.
-        for (const QString& name : {u"reloadMenuAction"_s, u"connectMenuAction"_s, u"addHostMenuAction"_s,
-                                    u"deleteHostMenuAction"_s})
+        for (const QString& name :
+            { u"reloadMenuAction"_s, u"connectMenuAction"_s, u"addHostMenuAction"_s, u"deleteHostMenuAction"_s })
             QVERIFY2(child<QAction>(*window, name)->shortcut().isEmpty(), qPrintable(name));
     }
 
@@ -215,8 +215,9 @@ private Q_SLOTS:
             const QImage withoutFocus = look(*focused);
             focused->setFocus(Qt::TabFocusReason);
             if (withFocus == withoutFocus)
-                unmarked.append(focused->objectName().isEmpty() ? QString::fromLatin1(focused->metaObject()->className())
-                                                                 : focused->objectName());
+                unmarked.append(focused->objectName().isEmpty()
+                        ? QString::fromLatin1(focused->metaObject()->className())
+                        : focused->objectName());
         }
         QVERIFY2(unmarked.isEmpty(), qPrintable(unmarked.join(u", "_s)));
     }

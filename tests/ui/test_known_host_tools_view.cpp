@@ -21,7 +21,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 // The known_hosts tab on its own, over real files.
 struct Fixture
@@ -34,8 +35,7 @@ struct Fixture
         view->show();
     }
 
-    template <typename T>
-    T* find(const QString& objectName) const { return child<T>(*view, objectName); }
+    template<typename T> T* find(const QString& objectName) const { return child<T>(*view, objectName); }
 
     void click(const QString& buttonName) const { QTest::mouseClick(find<QPushButton>(buttonName), Qt::LeftButton); }
     void select(int entry) const
@@ -61,8 +61,8 @@ private Q_SLOTS:
             QSKIP("ssh-keygen is not installed");
         m_key = m_keygen.generatePublicKey(u"ed25519"_s);
         const QString path = m_keygen.writeFile(u"known_hosts"_s, u"web-1 "_s + m_key + u'\n');
-        m_sha256 = m_keygen.run({u"-l"_s, u"-f"_s, path}).output.section(u' ', 1, 1);
-        m_md5 = m_keygen.run({u"-l"_s, u"-E"_s, u"md5"_s, u"-f"_s, path}).output.section(u' ', 1, 1);
+        m_sha256 = m_keygen.run({ u"-l"_s, u"-f"_s, path }).output.section(u' ', 1, 1);
+        m_md5 = m_keygen.run({ u"-l"_s, u"-E"_s, u"md5"_s, u"-f"_s, path }).output.section(u' ', 1, 1);
         QVERIFY(m_sha256.startsWith(u"SHA256:"_s));
         QVERIFY(m_md5.startsWith(u"MD5:"_s));
     }
@@ -109,7 +109,7 @@ private Q_SLOTS:
         Fixture f(u"host1,host2,10.0.0.5 "_s + m_key + u"\nsolo "_s + m_key + u"\n"_s);
         QVERIFY(f.find<QWidget>(u"knownHostNamesView"_s)->isVisible());
         f.find<QPushButton>(u"knownHostRemoveName1"_s)->click();
-        QCOMPARE(f.viewModel->selectedKnownHostEntry()->hosts(), (QStringList{u"host1"_s, u"10.0.0.5"_s}));
+        QCOMPARE(f.viewModel->selectedKnownHostEntry()->hosts(), (QStringList { u"host1"_s, u"10.0.0.5"_s }));
         QCOMPARE(f.find<QLabel>(u"knownHostHostsLabel"_s)->text(), u"host1, 10.0.0.5"_s);
         QTRY_VERIFY(!f.view->findChild<QPushButton*>(u"knownHostRemoveName2"_s));
         f.select(1);
@@ -128,9 +128,8 @@ private Q_SLOTS:
         auto* comparison = child<QWidget>(window, u"hostKeyChangeView"_s);
         QVERIFY(!comparison->isVisible());
         const QString newFingerprint = u"SHA256:Ffa9vkTzzn/PvF0x9RCHnbFyEXnGnqtYaN4DSYbY6hY"_s;
-        QGuiApplication::clipboard()->setText(
-            u"The fingerprint for the ED25519 key sent by the remote host is\r\n"_s + newFingerprint
-            + u".\r\nOffending ED25519 key in "_s + files.knownHostsPath()
+        QGuiApplication::clipboard()->setText(u"The fingerprint for the ED25519 key sent by the remote host is\r\n"_s
+            + newFingerprint + u".\r\nOffending ED25519 key in "_s + files.knownHostsPath()
             + u":2\r\nHost key for web-1 has changed and you have requested strict checking.\r\n"_s);
         QAction* paste = child<QAction>(window, u"pasteHostKeyWarningAction"_s);
         QCOMPARE(paste->shortcut(), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_V));
@@ -155,13 +154,12 @@ private Q_SLOTS:
     void linksBetweenTheTabs()
     {
         WindowFixture files;
-        SSHConfigViewModel& vm = files.make(u"Host web\n    HostName web-1\n"_s,
-                                            u"db-1 "_s + m_key + u"\nweb-1 "_s + m_key + u"\n"_s);
+        SSHConfigViewModel& vm
+            = files.make(u"Host web\n    HostName web-1\n"_s, u"db-1 "_s + m_key + u"\nweb-1 "_s + m_key + u"\n"_s);
         MainWindow window(vm, std::nullopt);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
-        QCOMPARE(child<QLabel>(window, u"hostKnownHostsCount"_s)->text(),
-                 u"known_hosts: 1 entry voor web-1"_s);
+        QCOMPARE(child<QLabel>(window, u"hostKnownHostsCount"_s)->text(), u"known_hosts: 1 entry voor web-1"_s);
         auto* link = child<QPushButton>(window, u"hostKnownHostsLinkButton"_s);
         QVERIFY(!link->accessibleName().isEmpty());
         link->click();

@@ -20,18 +20,19 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 const QString hashedHost = u"|1|F1E1KeoE/eEWhi10WpGv4OdiO6Y=|3988QV0VE8wmZL7suNrYQLITLCg="_s;
 
 // Five entries (one commented out, one hashed, one with a marker and a comment), a comment line and,
 // on line 8, a line that is no entry.
-const QString sampleKnownHosts =
-    u"# work servers\n"
-    u"github.com,140.82.121.4 ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIOMqqnkVzrm0SdG6UOoqKLsabgH5C9okWi0dh2l9GKJl\n"
-    u"@cert-authority *.corp.example.com ssh-rsa AAAAB3NzaC1yc2EAAAADAQABAAABAQC7 corporate CA\n"
-    u"[build.example.com]:2222 ecdsa-sha2-nistp256 AAAAE2VjZHNhLXNoYTItbmlzdHAyNTYAAAAIbmlzdHAyNTY=\n"
-    u"# old.example.com ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIKd0retired retired in May\n"_s
+const QString sampleKnownHosts
+    = u"# work servers\n"
+      u"github.com,140.82.121.4 ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIOMqqnkVzrm0SdG6UOoqKLsabgH5C9okWi0dh2l9GKJl\n"
+      u"@cert-authority *.corp.example.com ssh-rsa AAAAB3NzaC1yc2EAAAADAQABAAABAQC7 corporate CA\n"
+      u"[build.example.com]:2222 ecdsa-sha2-nistp256 AAAAE2VjZHNhLXNoYTItbmlzdHAyNTYAAAAIbmlzdHAyNTY=\n"
+      u"# old.example.com ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIKd0retired retired in May\n"_s
     + hashedHost + u" ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIHashed\n"_s
     + u"\n"
       u"not-an-entry\n"_s;
@@ -47,11 +48,7 @@ struct Fixture
         view->show();
     }
 
-    template <typename T>
-    T* find(const QString& objectName) const
-    {
-        return child<T>(*view, objectName);
-    }
+    template<typename T> T* find(const QString& objectName) const { return child<T>(*view, objectName); }
 
     QListView* list() const { return find<QListView>(u"knownHostsList"_s); }
     void selectRow(int row) const { clickRow(*list(), row); }
@@ -82,7 +79,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.find<QLabel>(u"knownHostsCountLabel"_s)->text(), u"5 entries"_s);
         QCOMPARE(fixture.find<QLineEdit>(u"knownHostsSearchField"_s)->placeholderText(), u"Search known_hosts"_s);
         QCOMPARE(comboItems(*fixture.find<QComboBox>(u"knownHostMarkerPicker"_s)),
-                 QStringList({u"None"_s, u"Certification Authority"_s, u"Revoked"_s}));
+            QStringList({ u"None"_s, u"Certification Authority"_s, u"Revoked"_s }));
         QCOMPARE(fixture.list()->model()->rowCount(), 5);
         QCOMPARE(fixture.list()->currentIndex().row(), 0);
         QVERIFY(fixture.find<QWidget>(u"knownHostDetails"_s)->isVisible());
@@ -102,9 +99,8 @@ private Q_SLOTS:
 
         QTest::newRow("plain entry, two hosts") << 0 << u"github.com, 140.82.121.4"_s << u"ssh-ed25519"_s << 0 << false
                                                 << false << u"Comment Out"_s << QString();
-        QTest::newRow("certificate authority with comment")
-            << 1 << u"*.corp.example.com"_s << u"ssh-rsa"_s << 1 << false << false << u"Comment Out"_s
-            << u"corporate CA"_s;
+        QTest::newRow("certificate authority with comment") << 1 << u"*.corp.example.com"_s << u"ssh-rsa"_s << 1
+                                                            << false << false << u"Comment Out"_s << u"corporate CA"_s;
         QTest::newRow("commented out") << 3 << u"old.example.com"_s << u"ssh-ed25519"_s << 0 << false << true
                                        << u"Uncomment"_s << u"retired in May"_s;
         QTest::newRow("hashed") << 4 << hashedHost << u"ssh-ed25519"_s << 0 << true << false << u"Comment Out"_s
@@ -142,7 +138,7 @@ private Q_SLOTS:
         QVERIFY(empty->isVisible());
         QCOMPARE(empty->findChild<QLabel*>(u"emptyStateTitle"_s)->text(), u"Geen known_hosts entry geselecteerd"_s);
         QCOMPARE(empty->findChild<QLabel*>(u"emptyStateDescription"_s)->text(),
-                 u"Selecteer links een known_hosts entry om acties uit te voeren."_s);
+            u"Selecteer links een known_hosts entry om acties uit te voeren."_s);
         QVERIFY(!fixture.find<QWidget>(u"knownHostDetails"_s)->isVisible());
     }
 
@@ -153,7 +149,7 @@ private Q_SLOTS:
         QVERIFY(errors->isVisible());
         QCOMPARE(fixture.find<QLabel>(u"knownHostsParseErrorsHeading"_s)->text(), u"Known Hosts parsefouten"_s);
         QCOMPARE(errors->lines(),
-                 QStringList({u"Regel 8: Ongeldige known_hosts regel."_s, u"Regel 9: Ongeldige known_hosts regel."_s}));
+            QStringList({ u"Regel 8: Ongeldige known_hosts regel."_s, u"Regel 9: Ongeldige known_hosts regel."_s }));
     }
 
     void hidesParseErrorsWhenThereAreNone()
@@ -243,11 +239,13 @@ private Q_SLOTS:
 
         viewModel.setActiveEditorTab(SSHConfigViewModel::EditorTab::knownHosts);
         viewModel.saveCurrentTab();
-        QCOMPARE(viewModel.statusMessage(), u"known_hosts opgeslagen naar "_s + fixture.files.knownHostsPath() + u" met backup."_s);
+        QCOMPARE(viewModel.statusMessage(),
+            u"known_hosts opgeslagen naar "_s + fixture.files.knownHostsPath() + u" met backup."_s);
         QVERIFY(!viewModel.knownHostsDirty());
         QString expected = sampleKnownHosts;
         expected.replace(u"github.com,140"_s, u"# @revoked github.com,140"_s);
-        expected.remove(u"[build.example.com]:2222 ecdsa-sha2-nistp256 AAAAE2VjZHNhLXNoYTItbmlzdHAyNTYAAAAIbmlzdHAyNTY=\n"_s);
+        expected.remove(
+            u"[build.example.com]:2222 ecdsa-sha2-nistp256 AAAAE2VjZHNhLXNoYTItbmlzdHAyNTYAAAAIbmlzdHAyNTY=\n"_s);
         QCOMPARE(WindowFixture::readText(fixture.files.knownHostsPath()), expected);
         QCOMPARE(WindowFixture::backupsOf(fixture.files.knownHostsPath()).size(), 1);
         QCOMPARE(WindowFixture::readText(viewModel.lastBackupPath()), sampleKnownHosts);
@@ -281,10 +279,11 @@ private Q_SLOTS:
         QTRY_COMPARE(fixture.selectedFirstHost(), u"github.com"_s);
 
         fixture.click(u"knownHostFindCreateHostButton"_s);
-        QCOMPARE(viewModel.statusMessage(), u"Nieuwe SSH-config host aangemaakt op basis van known_hosts: github.com"_s);
+        QCOMPARE(
+            viewModel.statusMessage(), u"Nieuwe SSH-config host aangemaakt op basis van known_hosts: github.com"_s);
         QCOMPARE(viewModel.activeEditorTab(), SSHConfigViewModel::EditorTab::structured);
         QCOMPARE(viewModel.document().hosts.size(), 1);
-        QCOMPARE(viewModel.document().hosts.constFirst().patterns, QStringList{u"github.com"_s});
+        QCOMPARE(viewModel.document().hosts.constFirst().patterns, QStringList { u"github.com"_s });
         QCOMPARE(viewModel.selectedHostID(), std::optional<QUuid>(viewModel.document().hosts.constFirst().id()));
 
         viewModel.setActiveEditorTab(SSHConfigViewModel::EditorTab::knownHosts);
@@ -300,7 +299,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("command");
         QTest::addColumn<QString>("status");
 
-        QTest::newRow("first of two hosts") << 0 << u"ssh github.com"_s << u"Verbinding gestart in Terminal: github.com"_s;
+        QTest::newRow("first of two hosts")
+            << 0 << u"ssh github.com"_s << u"Verbinding gestart in Terminal: github.com"_s;
         QTest::newRow("bracketed host with port")
             << 2 << u"ssh -p 2222 build.example.com"_s << u"Verbinding gestart in Terminal: build.example.com:2222"_s;
     }
@@ -365,7 +365,6 @@ private Q_SLOTS:
         fixture.view.reset();
         QCOMPARE(fixture.selectedFirstHost(), u"[build.example.com]:2222"_s);
     }
-
 };
 
 QTEST_MAIN(TestKnownHostsView)

@@ -51,14 +51,14 @@ private Q_SLOTS:
         WindowFixture fixture;
         MainWindow window(fixture.make(WindowFixture::sampleConfig()), std::nullopt);
         QCOMPARE(toolBarItems(window.toolBar()),
-                 QStringList({u"Reload"_s, u"Save"_s, u"|"_s, u"Connect"_s, u"Add Host"_s, u"Delete Host"_s, u"|"_s,
-                              u"Wat verandert er voor ssh?"_s}));
+            QStringList({ u"Reload"_s, u"Save"_s, u"|"_s, u"Connect"_s, u"Add Host"_s, u"Delete Host"_s, u"|"_s,
+                u"Wat verandert er voor ssh?"_s }));
         QVERIFY(action(window, u"reloadAction"_s)->icon().isNull());
         QVERIFY(action(window, u"saveAction"_s)->icon().isNull());
-        for (const QString& name : {u"connectAction"_s, u"addHostAction"_s, u"deleteHostAction"_s})
+        for (const QString& name : { u"connectAction"_s, u"addHostAction"_s, u"deleteHostAction"_s })
             QVERIFY2(!action(window, name)->icon().isNull(), qPrintable(name));
         QCOMPARE(action(window, u"saveAction"_s)->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_S));
-        for (const QString& name : {u"reloadAction"_s, u"connectAction"_s, u"addHostAction"_s, u"deleteHostAction"_s})
+        for (const QString& name : { u"reloadAction"_s, u"connectAction"_s, u"addHostAction"_s, u"deleteHostAction"_s })
             QVERIFY2(action(window, name)->shortcut().isEmpty(), qPrintable(name));
     }
 
@@ -211,7 +211,7 @@ private Q_SLOTS:
         const QStringList backups = WindowFixture::backupsOf(fixture.configPath());
         QCOMPARE(backups.size(), 1);
         QCOMPARE(WindowFixture::readText(QFileInfo(fixture.configPath()).dir().filePath(backups.first())),
-                 WindowFixture::sampleConfig());
+            WindowFixture::sampleConfig());
         const QString sentence = u"Opgeslagen naar "_s + fixture.configPath() + u" met backup."_s;
         QCOMPARE(viewModel.statusMessage(), sentence);
         QCOMPARE(window.findChild<QWidget*>(u"statusMessage"_s)->property("text").toString(), sentence);
@@ -264,7 +264,7 @@ private Q_SLOTS:
         QVERIFY(!bar->isVisible());
         viewModel.saveKnownHosts();
         QVERIFY2(viewModel.statusMessage().startsWith(u"known_hosts opgeslagen naar "_s),
-                 qPrintable(viewModel.statusMessage()));
+            qPrintable(viewModel.statusMessage()));
     }
 
     // Ctrl+Z and Ctrl+Shift+Z in the real window take back Delete Host, a known_hosts Remove and a Reload;
@@ -472,10 +472,9 @@ private Q_SLOTS:
         } else {
             QCOMPARE(colour.alpha(), 255);
             QVERIFY2(qAbs(colour.red() - 209) <= 3 && colour.green() < 25 && qAbs(colour.blue() - 31) <= 5,
-                     qPrintable(colour.name()));
+                qPrintable(colour.name()));
         }
     }
-
 };
 
 QTEST_MAIN(TestMainWindow)

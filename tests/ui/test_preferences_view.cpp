@@ -20,7 +20,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 TerminalApp appleTerminal()
 {
@@ -48,11 +49,7 @@ struct Fixture
         view->show();
     }
 
-    template <typename T>
-    T* find(const QString& objectName) const
-    {
-        return child<T>(*view, objectName);
-    }
+    template<typename T> T* find(const QString& objectName) const { return child<T>(*view, objectName); }
 
     bool shows(const QString& objectName) const { return find<QWidget>(objectName)->isVisible(); }
     QStringList pickerTexts() const { return comboItems(*find<QComboBox>(u"terminalPicker"_s)); }
@@ -93,8 +90,9 @@ private Q_SLOTS:
         Fixture fixture({}, twoEntries);
         const QString text = fixture.find<QLabel>(u"terminalExplanationLabel"_s)->text();
 #ifdef Q_OS_MACOS
-        QCOMPARE(text, u"Voor Terminal, iTerm2 en Warp start de app direct `ssh`. Voor andere terminals opent de app "
-                       u"en zet hij het ssh-commando op je klembord."_s);
+        QCOMPARE(text,
+            u"Voor Terminal, iTerm2 en Warp start de app direct `ssh`. Voor andere terminals opent de app "
+            u"en zet hij het ssh-commando op je klembord."_s);
 #else
         // Only the terminals that can be found here, and the keys that paste in a Linux terminal.
         for (const CommandLineTerminalDiscovery::Candidate& candidate : CommandLineTerminalDiscovery::candidates())
@@ -111,10 +109,10 @@ private Q_SLOTS:
 
     void listsTerminalsAndTheSelectedOne()
     {
-        Fixture fixture({iTerm(), appleTerminal(), warp()}, twoEntries);
+        Fixture fixture({ iTerm(), appleTerminal(), warp() }, twoEntries);
         QVERIFY(!fixture.shows(u"noTerminalLabel"_s));
         QVERIFY(fixture.shows(u"terminalPicker"_s));
-        QCOMPARE(fixture.pickerTexts(), QStringList({u"iTerm2"_s, u"Terminal"_s, u"Warp"_s}));
+        QCOMPARE(fixture.pickerTexts(), QStringList({ u"iTerm2"_s, u"Terminal"_s, u"Warp"_s }));
         // Nothing stored yet, so the view model falls back to Terminal.
         QCOMPARE(fixture.find<QComboBox>(u"terminalPicker"_s)->currentText(), u"Terminal"_s);
         QCOMPARE(fixture.find<QLabel>(u"selectedTerminalLabel"_s)->text(), u"Geselecteerd: Terminal"_s);
@@ -127,13 +125,13 @@ private Q_SLOTS:
 
     void choosingATerminalStoresIt()
     {
-        Fixture fixture({iTerm(), appleTerminal(), warp()}, twoEntries);
+        Fixture fixture({ iTerm(), appleTerminal(), warp() }, twoEntries);
         auto* picker = fixture.find<QComboBox>(u"terminalPicker"_s);
         picker->setFocus();
         QTest::keyClick(picker, Qt::Key_End);
         QCOMPARE(fixture.viewModel->selectedTerminalBundleIdentifier(), u"dev.warp.Warp-Stable"_s);
         QCOMPARE(fixture.files.defaults->string(fixture.viewModel->preferredTerminalBundleIdentifierKey()),
-                 std::optional<QString>(u"dev.warp.Warp-Stable"_s));
+            std::optional<QString>(u"dev.warp.Warp-Stable"_s));
         QCOMPARE(fixture.find<QLabel>(u"selectedTerminalLabel"_s)->text(), u"Geselecteerd: Warp"_s);
 
         // A choice made elsewhere (another preferences window) shows here too.
@@ -145,11 +143,11 @@ private Q_SLOTS:
     void reloadRebuildsThePicker()
     {
         Fixture fixture({}, twoEntries);
-        fixture.files.discovery->apps = {warp(), appleTerminal()};
+        fixture.files.discovery->apps = { warp(), appleTerminal() };
         QTest::mouseClick(fixture.find<QPushButton>(u"reloadTerminalsButton"_s), Qt::LeftButton);
         QVERIFY(fixture.shows(u"terminalPicker"_s));
         QVERIFY(!fixture.shows(u"noTerminalLabel"_s));
-        QCOMPARE(fixture.pickerTexts(), QStringList({u"Warp"_s, u"Terminal"_s}));
+        QCOMPARE(fixture.pickerTexts(), QStringList({ u"Warp"_s, u"Terminal"_s }));
         QCOMPARE(fixture.find<QLabel>(u"selectedTerminalLabel"_s)->text(), u"Geselecteerd: Terminal"_s);
 
         fixture.files.discovery->apps.clear();
@@ -163,7 +161,7 @@ private Q_SLOTS:
 
     void showsFileLocationsAndEntryCount()
     {
-        Fixture fixture({appleTerminal()}, twoEntries);
+        Fixture fixture({ appleTerminal() }, twoEntries);
         QCOMPARE(fixture.find<QGroupBox>(u"filesSection"_s)->title(), u"Bestanden"_s);
         QCOMPARE(fixture.find<QLabel>(u"configPathLabel"_s)->text(), fixture.files.configPath());
         QCOMPARE(fixture.find<QLabel>(u"knownHostsPathLabel"_s)->text(), fixture.files.knownHostsPath());
@@ -172,7 +170,7 @@ private Q_SLOTS:
         QStringList titles;
         for (int row = 0; row < form->rowCount(); ++row)
             titles.append(qobject_cast<QLabel*>(form->itemAt(row, QFormLayout::LabelRole)->widget())->text());
-        QCOMPARE(titles, QStringList({u"SSH config"_s, u"Known hosts"_s, u"Known hosts entries"_s}));
+        QCOMPARE(titles, QStringList({ u"SSH config"_s, u"Known hosts"_s, u"Known hosts entries"_s }));
 
         // The count follows a deletion made in the main window.
         fixture.viewModel->deleteSelectedKnownHostEntry();
@@ -192,7 +190,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, knownHosts);
         QFETCH(bool, backupShown);
-        Fixture fixture({appleTerminal()}, knownHosts);
+        Fixture fixture({ appleTerminal() }, knownHosts);
         QVERIFY(!fixture.shows(u"lastBackupSection"_s));
 
         fixture.viewModel->saveKnownHosts();
@@ -209,11 +207,10 @@ private Q_SLOTS:
 
     void asksForItsFixedSize()
     {
-        Fixture fixture({appleTerminal()}, twoEntries);
+        Fixture fixture({ appleTerminal() }, twoEntries);
         QCOMPARE(fixture.view->sizeHint(), QSize(520, 360));
         QCOMPARE(fixture.view->layout()->contentsMargins(), QMargins());
     }
-
 };
 
 QTEST_MAIN(TestPreferencesView)

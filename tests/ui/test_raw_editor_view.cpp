@@ -24,7 +24,8 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 const QString sampleConfig = u"# Group: werk\n"
                              u"Host web\n"
@@ -36,8 +37,7 @@ struct Fixture
 {
     Fixture()
         : viewModel(&files.make(sampleConfig))
-    {
-    }
+    { }
 
     QString configPath() const { return files.configPath(); }
     QDir configDirectory() const { return QFileInfo(configPath()).dir(); }
@@ -66,8 +66,8 @@ bool usesTheFixedFont(const QPlainTextEdit& editor, const QWidget& view)
 {
     const QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     const QFont& font = editor.font();
-    return font.family() == fixed.family() && font.styleHint() == fixed.styleHint() &&
-           qFuzzyCompare(font.pointSizeF(), view.font().pointSizeF());
+    return font.family() == fixed.family() && font.styleHint() == fixed.styleHint()
+        && qFuzzyCompare(font.pointSizeF(), view.font().pointSizeF());
 }
 
 } // namespace
@@ -103,11 +103,11 @@ private Q_SLOTS:
         QStringList help;
         for (QLabel* label : child<QGroupBox>(*view, u"syntaxHelpBox"_s)->findChildren<QLabel*>())
             help.append(label->text());
-        QCOMPARE(help, (QStringList{u"• Start hostblokken met: Host <alias of patroon>"_s,
-                                    u"• Veelgebruikte opties: HostName, User, Port, IdentityFile"_s,
-                                    u"• Forwarding opties: LocalForward, RemoteForward, DynamicForward"_s,
-                                    u"• Groepen label je met: # Group: werk, klanten"_s,
-                                    u"• Disabled host: # Host old-server"_s}));
+        QCOMPARE(help,
+            (QStringList { u"• Start hostblokken met: Host <alias of patroon>"_s,
+                u"• Veelgebruikte opties: HostName, User, Port, IdentityFile"_s,
+                u"• Forwarding opties: LocalForward, RemoteForward, DynamicForward"_s,
+                u"• Groepen label je met: # Group: werk, klanten"_s, u"• Disabled host: # Host old-server"_s }));
         QVERIFY(usesTheFixedFont(*child<QPlainTextEdit>(*view, u"rawTextEditor"_s), *view));
         QVERIFY(!child<QGroupBox>(*view, u"validationBox"_s)->isVisible());
     }
@@ -201,7 +201,7 @@ private Q_SLOTS:
         QTRY_VERIFY(box->isVisible());
         QCOMPARE(box->title(), u"Validatie"_s);
         auto* list = child<QListView>(*view, u"validationList"_s);
-        QCOMPARE(rowTexts(*list->model()), QStringList{u"Regel 5: Ongeldige host-regel: Port=22"_s});
+        QCOMPARE(rowTexts(*list->model()), QStringList { u"Regel 5: Ongeldige host-regel: Port=22"_s });
         const QColor text = list->palette().color(QPalette::Text);
         QVERIFY2(text.red() > 180 && text.green() < 90 && text.blue() < 90, qPrintable(text.name()));
         QCOMPARE(m_fixture->viewModel->statusMessage(), u"Raw editor: 1 parsefout(en)."_s);
@@ -249,11 +249,11 @@ private Q_SLOTS:
             QTest::mouseClick(child<QPushButton>(*view, u"saveRawButton"_s), Qt::LeftButton);
         const QString expected = sampleConfig + u"    Port 2222\n"_s;
         QTRY_COMPARE(WindowFixture::readText(m_fixture->configPath()), expected);
-        const QStringList backups = m_fixture->configDirectory().entryList({u"config.backup-*"_s}, QDir::Files);
+        const QStringList backups = m_fixture->configDirectory().entryList({ u"config.backup-*"_s }, QDir::Files);
         QCOMPARE(backups.size(), 1);
         QCOMPARE(WindowFixture::readText(m_fixture->configDirectory().filePath(backups.first())), sampleConfig);
         QCOMPARE(m_fixture->viewModel->statusMessage(),
-                 u"Raw config opgeslagen naar "_s + m_fixture->configPath() + u" met backup."_s);
+            u"Raw config opgeslagen naar "_s + m_fixture->configPath() + u" met backup."_s);
         QVERIFY(!m_fixture->viewModel->rawTextDirty());
         QCOMPARE(editor->toPlainText(), expected);
     }

@@ -26,11 +26,10 @@ private Q_SLOTS:
     void everyNamedSymbolHasAPicture_data()
     {
         QTest::addColumn<QString>("name");
-        for (const QString& name :
-             {u"plus"_s, u"plus.circle"_s, u"trash"_s, u"terminal"_s, u"square.and.arrow.down"_s, u"arrow.clockwise"_s,
-              u"rectangle.stack"_s, u"exclamationmark.triangle"_s, u"cup.and.saucer.fill"_s, u"number"_s, u"lock.fill"_s,
-              u"key.horizontal"_s, u"checkmark.circle"_s, u"xmark.circle"_s, u"magnifyingglass"_s, u"doc.text"_s,
-              u"gearshape"_s})
+        for (const QString& name : { u"plus"_s, u"plus.circle"_s, u"trash"_s, u"terminal"_s, u"square.and.arrow.down"_s,
+                 u"arrow.clockwise"_s, u"rectangle.stack"_s, u"exclamationmark.triangle"_s, u"cup.and.saucer.fill"_s,
+                 u"number"_s, u"lock.fill"_s, u"key.horizontal"_s, u"checkmark.circle"_s, u"xmark.circle"_s,
+                 u"magnifyingglass"_s, u"doc.text"_s, u"gearshape"_s })
             QTest::newRow(qPrintable(name)) << name;
     }
 
@@ -49,7 +48,7 @@ private Q_SLOTS:
     {
         const QColor ink(Qt::black);
         QSet<QByteArray> seen;
-        for (const QString& name : {u"plus"_s, u"trash"_s, u"terminal"_s, u"rectangle.stack"_s, u"lock.fill"_s}) {
+        for (const QString& name : { u"plus"_s, u"trash"_s, u"terminal"_s, u"rectangle.stack"_s, u"lock.fill"_s }) {
             const QImage image = symbolIcon(name, ink).pixmap(QSize(24, 24)).toImage();
             const QByteArray bytes(reinterpret_cast<const char*>(image.constBits()), image.sizeInBytes());
             QVERIFY2(!seen.contains(bytes), qPrintable(name));

@@ -25,10 +25,10 @@ namespace
 const QSize smallestWindow(1080, 700);
 
 // An entry with every fact the detail pane can show: a marker, hashed, commented out, a comment.
-const QString knownHosts =
-    u"web-1.example.com ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIOMqqnkVzrm0SdG6UOoqKLsabgH5C9okWi0dh2l9GKJl\n"
-    u"# @cert-authority |1|F1E1KeoE/eEWhi10WpGv4OdiO6Y=|3988QV0VE8wmZL7suNrYQLITLCg= "
-    u"ecdsa-sha2-nistp256 AAAAE2VjZHNhLXNoYTItbmlzdHAyNTYAAAAIbmlzdHAyNTY= signing CA of the build farm\n"_s;
+const QString knownHosts
+    = u"web-1.example.com ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIOMqqnkVzrm0SdG6UOoqKLsabgH5C9okWi0dh2l9GKJl\n"
+      u"# @cert-authority |1|F1E1KeoE/eEWhi10WpGv4OdiO6Y=|3988QV0VE8wmZL7suNrYQLITLCg= "
+      u"ecdsa-sha2-nistp256 AAAAE2VjZHNhLXNoYTItbmlzdHAyNTYAAAAIbmlzdHAyNTY= signing CA of the build farm\n"_s;
 
 // Lets the window lay itself out after a change; no time passes in it.
 void settle()
@@ -78,8 +78,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("tab");
         QTest::addColumn<bool>("selectsEntry");
         const QString config = WindowFixture::sampleConfig();
-        for (const QString& style : {u"Fusion"_s, u"Windows"_s}) {
-            for (const qreal scale : {1.0, 1.25}) {
+        for (const QString& style : { u"Fusion"_s, u"Windows"_s }) {
+            for (const qreal scale : { 1.0, 1.25 }) {
                 const QByteArray font = scale > 1.0 ? "large font" : "default font";
                 const auto row = [&](const char* what) -> QTestData& {
                     return QTest::addRow("%s, %s, %s", qPrintable(style), font.constData(), what);
@@ -153,9 +153,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("style");
         QTest::addColumn<qreal>("fontScale");
-        for (const QString& style : {u"Fusion"_s, u"Windows"_s}) {
-            for (const qreal scale : {1.0, 1.25})
-                QTest::addRow("%s, %s", qPrintable(style), scale > 1.0 ? "large font" : "default font") << style << scale;
+        for (const QString& style : { u"Fusion"_s, u"Windows"_s }) {
+            for (const qreal scale : { 1.0, 1.25 })
+                QTest::addRow("%s, %s", qPrintable(style), scale > 1.0 ? "large font" : "default font")
+                    << style << scale;
         }
     }
 
@@ -171,15 +172,16 @@ private Q_SLOTS:
         QApplication::setFont(font);
 
         WindowFixture fixture;
-        SSHConfigViewModel& viewModel = fixture.make(
-            u"Host web-1 web-1-long-alias.example.com\n    HostName web-1.example.com\n"_s, knownHosts);
+        SSHConfigViewModel& viewModel
+            = fixture.make(u"Host web-1 web-1-long-alias.example.com\n    HostName web-1.example.com\n"_s, knownHosts);
         const std::unique_ptr<MainWindow> window = shownWindow(viewModel);
         QStringList cut = cutWidgetsOf(*window);
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u"; "_s)));
         viewModel.applyHostKeyWarning(
             u"The fingerprint for the ED25519 key sent by the remote host is\n"
             u"SHA256:Ffa9vkTzzn/PvF0x9RCHnbFyEXnGnqtYaN4DSYbY6hY.\nOffending ED25519 key in "_s
-            + fixture.knownHostsPath() + u":1\nHost key for web-1.example.com has changed and you have requested strict checking.\n"_s);
+            + fixture.knownHostsPath()
+            + u":1\nHost key for web-1.example.com has changed and you have requested strict checking.\n"_s);
         settle();
         QVERIFY(viewModel.hostKeyChange() && viewModel.hostKeyChange()->entryID);
         QCOMPARE(viewModel.selectedKnownHostConfigHosts().size(), 1);
@@ -194,7 +196,7 @@ private Q_SLOTS:
         WindowFixture fixture;
         SSHConfigViewModel& viewModel = fixture.make(WindowFixture::sampleConfig(), knownHosts);
         const std::unique_ptr<MainWindow> window = shownWindow(viewModel);
-        for (const EditorTab tab : {EditorTab::knownHosts, EditorTab::structured, EditorTab::knownHosts}) {
+        for (const EditorTab tab : { EditorTab::knownHosts, EditorTab::structured, EditorTab::knownHosts }) {
             viewModel.setActiveEditorTab(tab);
             settle();
             const QStringList cut = cutWidgetsOf(*window);

@@ -55,7 +55,8 @@ int main(int argc, char* argv[])
 {
     // A 1400 by 900 pixel screen, scaled by 1.5 as a desktop set to 150 % does.
     qputenv("QT_SCALE_FACTOR", "1.5");
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" TARNWICK_SOURCE_DIR "/tests/ui/data/offscreen-hidpi-screen.json");
+    qputenv(
+        "QT_QPA_PLATFORM", "offscreen:configfile=" TARNWICK_SOURCE_DIR "/tests/ui/data/offscreen-hidpi-screen.json");
     QApplication application(argc, argv);
     TestWindowMinimum test;
     QTEST_SET_MAIN_SOURCE_PATH

@@ -26,7 +26,11 @@ bool hasValueInGroups(const QString& path, const QStringList& groups, const QStr
 bool desktopEntryDeclares(const QString& path, const QString& mimeType)
 {
     const std::optional<DesktopEntry> entry = DesktopEntry::read(path);
-    return entry && entry->value(u"MimeType"_s).value_or(QString()).split(u';', Qt::SkipEmptyParts).contains(mimeType, Qt::CaseInsensitive);
+    return entry
+        && entry->value(u"MimeType"_s)
+               .value_or(QString())
+               .split(u';', Qt::SkipEmptyParts)
+               .contains(mimeType, Qt::CaseInsensitive);
 }
 
 } // namespace
@@ -38,8 +42,8 @@ SchemeHandlerLookup::SchemeHandlerLookup(QStringList configDirectories, QStringL
 
 SchemeHandlerLookup SchemeHandlerLookup::fromEnvironment()
 {
-    return SchemeHandlerLookup(
-        xdgDirectories(QStandardPaths::GenericConfigLocation, u".config"_s), XdgApplicationLocator::applicationDirectoriesFromEnvironment());
+    return SchemeHandlerLookup(xdgDirectories(QStandardPaths::GenericConfigLocation, u".config"_s),
+        XdgApplicationLocator::applicationDirectoriesFromEnvironment());
 }
 
 bool SchemeHandlerLookup::hasHandler(const QString& scheme) const

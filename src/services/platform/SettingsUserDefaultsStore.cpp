@@ -4,8 +4,7 @@ using namespace Qt::StringLiterals;
 
 SettingsUserDefaultsStore::SettingsUserDefaultsStore()
     : m_settings(QSettings::NativeFormat, QSettings::UserScope, u"Tarnwick"_s, u"Tarnwick"_s)
-{
-}
+{ }
 
 std::optional<QString> SettingsUserDefaultsStore::string(const QString& key) const
 {
