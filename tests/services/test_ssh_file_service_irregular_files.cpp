@@ -141,4 +141,4 @@ private slots:
 };
 
 QTEST_GUILESS_MAIN(TestSSHFileServiceSpecialFiles)
-#include "test_ssh_file_service_special_files.moc"
+#include "test_ssh_file_service_irregular_files.moc"
