@@ -1,7 +1,5 @@
 #include "KnownHostsFilterModel.h"
 
-#include "ParallelRanges.h"
-
 namespace
 {
 
@@ -14,10 +12,15 @@ KnownHostsFilterModel::KnownHostsFilterModel(KnownHostsModel& source, QObject* p
     : QSortFilterProxyModel(parent)
     , m_source(source)
 {
+    // Before the proxy's own connections, so that the search text is current when it asks a
+    // changed or inserted row.
+    followSourceRows();
+    rebuildSearchText();
     setSourceModel(&source);
     setDynamicSortFilter(true);
     const SSHConfigViewModel* viewModel = &source.viewModel();
     m_query = viewModel->knownHostsSearchQuery();
+    m_searchableQuery = KnownHostsSearchText::searchableQuery(m_query);
     m_fingerprintQuery = viewModel->knownHostsFingerprintQuery();
     m_lookup = currentLookup();
     connect(viewModel, &SSHConfigViewModel::knownHostsSearchTextChanged, this, &KnownHostsFilterModel::refilter);
@@ -46,18 +49,10 @@ void KnownHostsFilterModel::refilter()
     const bool narrowing = sameKind && query.contains(m_query) && fingerprintQuery.startsWith(m_fingerprintQuery);
     const bool widening = sameKind && m_query.contains(query) && m_fingerprintQuery.startsWith(fingerprintQuery);
     m_query = query;
+    m_searchableQuery = KnownHostsSearchText::searchableQuery(m_query);
     m_fingerprintQuery = fingerprintQuery;
     m_lookup = std::move(lookup);
-    std::vector<char> accepted(shown.size());
-    // The entries are only read here, so a first letter over 100,000 of them can use every core.
-    inParallelRanges(accepted.size(), [&](size_t begin, size_t end) {
-        for (size_t row = begin; row < end; ++row) {
-            if ((narrowing && !shown[row]) || (widening && shown[row]))
-                accepted[row] = shown[row];
-            else
-                accepted[row] = accepts(m_source.entryAt(static_cast<int>(row)));
-        }
-    });
+    std::vector<char> accepted = acceptedRows(shown, narrowing, widening);
     m_accepted = &accepted;
     if (changedRuns(shown, accepted) <= maximumRunsAnnouncedRowByRow) {
         invalidateFilter();
@@ -69,6 +64,42 @@ void KnownHostsFilterModel::refilter()
     }
     m_accepted = nullptr;
     m_shown = std::move(accepted);
+}
+
+std::vector<char> KnownHostsFilterModel::acceptedRows(
+    const std::vector<char>& shown, bool narrowing, bool widening) const
+{
+    // Typing on only tests the rows still shown, deleting only the rows hidden. A fingerprint, or a
+    // query the search text cannot answer, needs the entries themselves.
+    if (!m_searchableQuery || !m_fingerprintQuery.isEmpty()) {
+        std::vector<char> accepted(shown.size());
+        for (size_t row = 0; row < accepted.size(); ++row) {
+            if ((narrowing && !shown[row]) || (widening && shown[row]))
+                accepted[row] = shown[row];
+            else
+                accepted[row] = accepts(static_cast<int>(row));
+        }
+        return accepted;
+    }
+    Q_ASSERT(m_searchText.rowCount() == static_cast<qsizetype>(shown.size()));
+    const QByteArray& query = *m_searchableQuery;
+    std::vector<char> accepted;
+    if (query.isEmpty()) {
+        accepted.assign(shown.size(), 1);
+    } else if (narrowing || widening) {
+        accepted = shown;
+        for (size_t row = 0; row < accepted.size(); ++row) {
+            if (narrowing == (shown[row] != 0))
+                accepted[row] = m_searchText.rowContains(static_cast<qsizetype>(row), query);
+        }
+    } else {
+        accepted = m_searchText.rowsContaining(query);
+    }
+    if (m_lookup) {
+        for (size_t row = 0; row < accepted.size(); ++row)
+            accepted[row] = accepted[row] && m_lookup->contains(m_source.entryAt(static_cast<int>(row)).id());
+    }
+    return accepted;
 }
 
 std::vector<char> KnownHostsFilterModel::shownSourceRows() const
@@ -101,14 +132,48 @@ bool KnownHostsFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex& s
         return false;
     if (m_accepted && static_cast<size_t>(sourceRow) < m_accepted->size())
         return m_accepted->at(static_cast<size_t>(sourceRow)) != 0;
-    return accepts(m_source.entryAt(sourceRow));
+    return accepts(sourceRow);
 }
 
-bool KnownHostsFilterModel::accepts(const KnownHostEntry& entry) const
+bool KnownHostsFilterModel::accepts(int sourceRow) const
 {
-    if (m_lookup && !m_lookup->contains(entry.id()))
+    if (m_lookup && !m_lookup->contains(m_source.entryAt(sourceRow).id()))
         return false;
-    return SSHConfigViewModel::knownHostEntryMatchesSearch(entry, m_query, m_fingerprintQuery);
+    if (!m_searchableQuery)
+        return SSHConfigViewModel::knownHostEntryMatchesSearch(
+            m_source.entryAt(sourceRow), m_query, m_fingerprintQuery);
+    return m_searchableQuery->isEmpty() || m_searchText.rowContains(sourceRow, *m_searchableQuery)
+        || SSHConfigViewModel::knownHostEntryMatchesFingerprint(m_source.entryAt(sourceRow), m_fingerprintQuery);
+}
+
+void KnownHostsFilterModel::followSourceRows()
+{
+    connect(&m_source, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex&, int first, int last) {
+        for (int row = first; row <= last; ++row)
+            m_searchText.insert(row, m_source.entryAt(row));
+    });
+    connect(&m_source, &QAbstractItemModel::rowsRemoved, this,
+        [this](const QModelIndex&, int first, int last) { m_searchText.remove(first, last - first + 1); });
+    connect(&m_source, &QAbstractItemModel::dataChanged, this,
+        [this](const QModelIndex& topLeft, const QModelIndex& bottomRight) {
+            for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
+                m_searchText.replace(row, m_source.entryAt(row));
+        });
+    connect(&m_source, &QAbstractItemModel::modelReset, this, &KnownHostsFilterModel::rebuildSearchText);
+    connect(&m_source, &QAbstractItemModel::layoutChanged, this, &KnownHostsFilterModel::rebuildSearchText);
+    connect(&m_source, &QAbstractItemModel::rowsMoved, this, &KnownHostsFilterModel::rebuildSearchText);
+}
+
+void KnownHostsFilterModel::rebuildSearchText()
+{
+    m_searchText.clear();
+    const int rows = m_source.rowCount();
+    qsizetype bytes = 0;
+    for (int row = 0; row < rows; ++row)
+        bytes += KnownHostsSearchText::bytesFor(m_source.entryAt(row));
+    m_searchText.reserve(rows, bytes);
+    for (int row = 0; row < rows; ++row)
+        m_searchText.append(m_source.entryAt(row));
 }
 
 std::optional<QSet<QUuid>> KnownHostsFilterModel::currentLookup() const

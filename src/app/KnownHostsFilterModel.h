@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KnownHostsModel.h"
+#include "KnownHostsSearchText.h"
 
 #include <QSet>
 #include <QSortFilterProxyModel>
@@ -31,7 +32,12 @@ protected:
 
 private:
     void refilter();
-    bool accepts(const KnownHostEntry& entry) const;
+    bool accepts(int sourceRow) const;
+    /// For every source row, whether the current query and lookup keep it; shown is what this model
+    /// shows now, and narrowing or widening whether the query only narrows or widens the last one.
+    std::vector<char> acceptedRows(const std::vector<char>& shown, bool narrowing, bool widening) const;
+    void followSourceRows();
+    void rebuildSearchText();
     std::optional<QSet<QUuid>> currentLookup() const;
     /// For every source row, whether this model shows it now.
     std::vector<char> shownSourceRows() const;
@@ -43,6 +49,9 @@ private:
     KnownHostsModel& m_source;
     QString m_query;
     QString m_fingerprintQuery;
+    /// m_query as m_searchText answers it, or nothing when the entries themselves must be asked.
+    std::optional<QByteArray> m_searchableQuery;
+    KnownHostsSearchText m_searchText;
     /// The entries of the view model's host lookup, while there is one.
     std::optional<QSet<QUuid>> m_lookup;
     /// During refilter(): every source row's answer for the new query, so no row is tested twice.

@@ -2,10 +2,6 @@
 
 using namespace Qt::StringLiterals;
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 namespace
 {
 
@@ -59,33 +55,6 @@ ScanResult scan(QStringView text, QStringView query)
     const char16_t fold = isAsciiLetter(first) ? 0x20 : 0;
     ScanResult result;
     qsizetype i = 0;
-#if defined(__SSE2__)
-    // The second character sieves too (it is the first again for a one-character query), so that
-    // random base64 keys rarely leave a candidate to check one by one.
-    const char16_t second = length > 1 ? needle[1] : first;
-    const qsizetype offset = length > 1 ? 1 : 0;
-    const __m128i firstFold = _mm_set1_epi16(static_cast<short>(fold));
-    const __m128i firstWanted = _mm_set1_epi16(static_cast<short>(first));
-    const __m128i secondFold = _mm_set1_epi16(static_cast<short>(isAsciiLetter(second) ? 0x20 : 0));
-    const __m128i secondWanted = _mm_set1_epi16(static_cast<short>(second));
-    const __m128i highBits = _mm_set1_epi16(static_cast<short>(0xFF80));
-    __m128i seen = _mm_setzero_si128();
-    for (; i + 8 <= last + 1; i += 8) {
-        const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i));
-        const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(hay + i + offset));
-        seen = _mm_or_si128(seen, _mm_and_si128(chunk, highBits));
-        const __m128i hits = _mm_and_si128(_mm_cmpeq_epi16(_mm_or_si128(chunk, firstFold), firstWanted),
-            _mm_cmpeq_epi16(_mm_or_si128(next, secondFold), secondWanted));
-        auto mask = static_cast<unsigned>(_mm_movemask_epi8(hits));
-        while (mask != 0) {
-            const int bit = __builtin_ctz(mask);
-            if (matchesAt(hay + i + bit / 2, needle, length))
-                return { true, false };
-            mask &= ~(3u << bit);
-        }
-    }
-    result.sawNonAscii = _mm_movemask_epi8(_mm_cmpeq_epi16(seen, _mm_setzero_si128())) != 0xFFFF;
-#endif
     for (; i <= last; ++i) {
         result.sawNonAscii = result.sawNonAscii || hay[i] >= 0x80;
         if ((hay[i] | fold) == first && matchesAt(hay + i, needle, length))
