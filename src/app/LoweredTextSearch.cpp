@@ -41,8 +41,7 @@ struct ScanResult
 };
 
 // Looks for the lower-case ASCII query in text, treating the text's ASCII letters case-insensitively,
-// and notes whether the text holds anything beyond ASCII. The first character serves as a sieve; with
-// SSE2 eight characters are sieved at a time, which a keystroke over 100,000 keys needs.
+// and notes whether the text holds anything beyond ASCII. The first character serves as a sieve.
 ScanResult scan(QStringView text, QStringView query)
 {
     const char16_t* hay = text.utf16();

@@ -5,8 +5,7 @@
 #include <QStringView>
 
 /// Substring tests for the search fields. The query must already be lower-cased; the text is tested
-/// as if lower-cased with QString::toLower(), but without allocating when the text is plain ASCII,
-/// which a keystroke over 100,000 known_hosts entries depends on.
+/// as if lower-cased with QString::toLower(), but without allocating when the text is plain ASCII.
 namespace LoweredTextSearch
 {
 
