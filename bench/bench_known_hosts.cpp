@@ -2,6 +2,7 @@
 // baseline that only decodes the bytes and keeps every trimmed line. Counters: MB/s, and the heap
 // a parsed document holds per byte of file text.
 #include "KnownHostsService.h"
+#include "PageFaults.h"
 
 #include <benchmark/benchmark.h>
 
@@ -9,7 +10,6 @@
 #include <QStringList>
 
 #include <malloc.h>
-#include <sys/resource.h>
 
 #include <map>
 #include <random>
@@ -117,33 +117,6 @@ std::size_t heapInUse()
     const struct mallinfo2 info = mallinfo2();
     return info.uordblks + info.hblkhd;
 }
-
-long minorPageFaults()
-{
-    rusage usage {};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_minflt;
-}
-
-// On a small virtual machine a page fault costs microseconds, so the faults explain most of the
-// differences between runs: the counter shows them per pass.
-class PageFaultCounter
-{
-public:
-    explicit PageFaultCounter(benchmark::State& state)
-        : m_state(state)
-        , m_start(minorPageFaults())
-    { }
-    ~PageFaultCounter()
-    {
-        m_state.counters["faults_per_pass"]
-            = static_cast<double>(minorPageFaults() - m_start) / static_cast<double>(m_state.iterations());
-    }
-
-private:
-    benchmark::State& m_state;
-    long m_start;
-};
 
 void setThroughput(benchmark::State& state, const QByteArray& bytes)
 {

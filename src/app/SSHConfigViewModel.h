@@ -714,6 +714,8 @@ private:
     KnownHostsDocument m_knownHostsDocument;
     QList<KnownHostsParseError> m_knownHostsParseErrors;
     std::optional<QUuid> m_selectedKnownHostEntryID;
+    /// Where indexOfKnownHostRecord() found an entry last; only a hint, checked before use.
+    mutable qsizetype m_lastFoundKnownHostRecord = 0;
     QString m_knownHostsSearchText;
     QList<TerminalApp> m_availableTerminalApps;
     QString m_selectedTerminalBundleIdentifier;

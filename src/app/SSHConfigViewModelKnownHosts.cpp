@@ -64,10 +64,19 @@ std::optional<KnownHostEntry> SSHConfigViewModel::selectedKnownHostEntry() const
 std::optional<qsizetype> SSHConfigViewModel::indexOfKnownHostRecord(const QUuid& entryID) const
 {
     const QList<KnownHostsRecord>& records = m_knownHostsDocument.records();
+    // The selected entry is asked for several times per action; ids are unique, so where it was
+    // found last is the answer as long as it is still there.
+    if (m_lastFoundKnownHostRecord < records.size()) {
+        const KnownHostEntry* entry = records.at(m_lastFoundKnownHostRecord).kind().entry();
+        if (entry && entry->id() == entryID)
+            return m_lastFoundKnownHostRecord;
+    }
     for (qsizetype i = 0; i < records.size(); ++i) {
         const KnownHostEntry* entry = records.at(i).kind().entry();
-        if (entry && entry->id() == entryID)
+        if (entry && entry->id() == entryID) {
+            m_lastFoundKnownHostRecord = i;
             return i;
+        }
     }
     return std::nullopt;
 }
@@ -93,8 +102,8 @@ bool SSHConfigViewModel::changeSelectedEntry(
         Q_EMIT knownHostsDocumentChanged();
     }
     setKnownHostsDirty(true);
-    renumberKnownHostEntries();
-    updateKnownHostsEntryCount();
+    // A change in place moves no record and adds none, so the line numbers and the count stand;
+    // at 100,000 entries, checking them would cost more than the change.
     if (changed) {
         recordKnownHostsRecordChange(
             stepName, stepPastTense, *position, recordBefore, m_knownHostsDocument.records().at(*position), viewBefore);

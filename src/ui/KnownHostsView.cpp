@@ -10,6 +10,7 @@
 #include "KnownHostsParseErrorsView.h"
 #include "SSHConfigViewModel.h"
 #include "TextStyle.h"
+#include "UniformRowListView.h"
 
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
@@ -85,7 +86,9 @@ QWidget* KnownHostsView::buildHeader()
 
 QListView* KnownHostsView::buildList()
 {
-    m_list = new QListView(this);
+    // With a hundred thousand entries, one row height for all is what keeps scrolling, filtering
+    // and changing an entry smooth.
+    m_list = new UniformRowListView(this);
     m_list->setObjectName(u"knownHostsList"_s);
     setAccessibleText(*m_list, u"known_hosts entries"_s, u"De entries van het known_hosts bestand."_s);
     // Before setModel, so these run ahead of the list's own handlers, which move the selection to a
@@ -93,8 +96,6 @@ QListView* KnownHostsView::buildList()
     followRowChanges();
     m_list->setModel(m_filter);
     m_list->setItemDelegate(new KnownHostEntryDelegate(m_list));
-    // With a hundred thousand entries, one row height for all is what keeps scrolling and filtering smooth.
-    m_list->setUniformItemSizes(true);
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_list->setMinimumSize(360, 320);
