@@ -1,5 +1,6 @@
 // Feeds arbitrary bytes through the config reader and writer and traps on any broken promise:
 // no line lost, errors well-formed, the parse invariants, and a text that settles once written.
+#include "CharacterClasses.h"
 #include "SSHConfigParser.h"
 #include "SSHConfigSyntax.h"
 
@@ -36,7 +37,7 @@ qsizetype countLabelLines(const QString& text, qsizetype& lineCount)
     lineCount = 0;
     qsizetype start = 0;
     for (qsizetype i = 0; i <= text.size(); ++i) {
-        if (i < text.size() && !isLineBreak(text[i].unicode()))
+        if (i < text.size() && !CharacterClasses::isLineBreak(text[i].unicode()))
             continue;
         const QStringView line = trimBlanks(QStringView(text).sliced(start, i - start));
         if (!parseGroupComment(line).isEmpty() || parseSectionHeader(line))

@@ -8,6 +8,7 @@
 
 #include "SSHConfigViewModel.h"
 
+#include "CharacterClasses.h"
 #include "KnownHostsCheck.h"
 #include "SSHConfigSyntax.h"
 #include "SshConfigCheck.h"
@@ -39,7 +40,7 @@ bool setsKeyword(QStringView part, const QString& keyword)
     if (!part.startsWith(keyword, Qt::CaseInsensitive))
         return false;
     const QStringView rest = part.mid(keyword.size());
-    return rest.isEmpty() || rest.front() == u'=' || SSHConfigSyntax::isBlank(rest.front().unicode());
+    return rest.isEmpty() || rest.front() == u'=' || CharacterClasses::isWhiteSpace(rest.front().unicode());
 }
 
 // A line can hide several lines to this program's reader (a line separator inside a comment).
@@ -47,7 +48,7 @@ bool lineSetsKeyword(QStringView line, const QString& keyword)
 {
     qsizetype start = 0;
     for (qsizetype i = 0; i <= line.size(); ++i) {
-        if (i < line.size() && !SSHConfigSyntax::isLineBreak(line.at(i).unicode()))
+        if (i < line.size() && !CharacterClasses::isLineBreak(line.at(i).unicode()))
             continue;
         if (setsKeyword(line.sliced(start, i - start), keyword))
             return true;

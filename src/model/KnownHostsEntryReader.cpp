@@ -1,5 +1,6 @@
 #include "KnownHostsEntryReader.h"
 
+#include "CharacterClasses.h"
 #include "KnownHostsTextScan.h"
 #include "RandomUuid.h"
 
@@ -21,7 +22,7 @@ struct Fields
 
 qsizetype skipWhiteSpace(QStringView text, qsizetype at)
 {
-    while (at < text.size() && KnownHostsTextScan::isWhiteSpace(text[at].unicode()))
+    while (at < text.size() && CharacterClasses::isWhiteSpace(text[at].unicode()))
         ++at;
     return at;
 }
@@ -57,7 +58,7 @@ bool isNormalisedComment(QStringView comment)
 {
     QChar previous;
     for (const QChar c : comment) {
-        if (KnownHostsTextScan::isWhiteSpace(c.unicode()) && (c != u' ' || previous == u' '))
+        if (CharacterClasses::isWhiteSpace(c.unicode()) && (c != u' ' || previous == u' '))
             return false;
         previous = c;
     }

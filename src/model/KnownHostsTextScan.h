@@ -1,29 +1,17 @@
 #pragma once
 
-#include <QChar>
+#include "CharacterClasses.h"
+
 #include <QStringView>
 
 #include <algorithm>
 
-/// Character classes of the known_hosts grammar and fast searches for them. Files run to hundreds
+/// Fast searches for line breaks and white space in known_hosts text. Files run to hundreds
 /// of thousands of lines of long base64 keys, so the searches first skip whole blocks of characters
-/// that cannot match (a branch-free test the compiler can turn into vector instructions on any processor) and only then
-/// look closely.
+/// that cannot match (a branch-free test the compiler can turn into vector instructions on any
+/// processor) and only then look closely.
 namespace KnownHostsTextScan
 {
-/// Unicode white space (blank, tab, the line breaks, no-break and the other separators).
-inline bool isWhiteSpace(char16_t c)
-{
-    return QChar::isSpace(c);
-}
-
-/// The characters that end a line, each on its own: LF, VT, FF, CR, NEL, LS and PS.
-inline bool isLineBreak(char16_t c)
-{
-    // Bitwise rather than short-circuit, so that counting loops vectorise.
-    return (static_cast<char16_t>(c - 0x0A) <= 3) | (c == 0x85) | (c == 0x2028) | (c == 0x2029);
-}
-
 namespace Detail
 {
 constexpr qsizetype blockSize = 8;
@@ -49,10 +37,11 @@ inline qsizetype nextLineBreak(QStringView text, qsizetype from)
     const char16_t* data = text.utf16();
     const qsizetype end = text.size();
     for (;;) {
+        // No line break lies strictly between CR and NEL.
         from = Detail::skipBlocks(data, from, end, 0x0D, 0x85);
         const qsizetype stop = std::min(end, from + Detail::blockSize);
         for (; from < stop; ++from) {
-            if (isLineBreak(data[from]))
+            if (CharacterClasses::isLineBreak(data[from]))
                 return from;
         }
         if (from == end)
@@ -66,10 +55,11 @@ inline qsizetype nextWhiteSpace(QStringView text, qsizetype from)
     const char16_t* data = text.utf16();
     const qsizetype end = text.size();
     for (;;) {
+        // No white space lies strictly between the space and NEL.
         from = Detail::skipBlocks(data, from, end, 0x20, 0x85);
         const qsizetype stop = std::min(end, from + Detail::blockSize);
         for (; from < stop; ++from) {
-            if (isWhiteSpace(data[from]))
+            if (CharacterClasses::isWhiteSpace(data[from]))
                 return from;
         }
         if (from == end)

@@ -1,7 +1,7 @@
 #include "SSHConfigParser.h"
 
+#include "CharacterClasses.h"
 #include "SSHConfigReader.h"
-#include "SSHConfigSyntax.h"
 #include "SSHConfigWriter.h"
 
 SSHConfigParseResult SSHConfigParser::parse(QStringView text) const
@@ -12,7 +12,7 @@ SSHConfigParseResult SSHConfigParser::parse(QStringView text) const
     // Every single line-break character ends a line, so CR LF gives an empty line between them,
     // and the text after the last break is always one more line (empty text: one empty line).
     for (qsizetype i = 0; i < text.size(); ++i) {
-        if (!SSHConfigSyntax::isLineBreak(text[i].unicode()))
+        if (!CharacterClasses::isLineBreak(text[i].unicode()))
             continue;
         reader.readLine(text.sliced(lineStart, i - lineStart), lineNumber++);
         lineStart = i + 1;

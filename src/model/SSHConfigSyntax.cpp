@@ -1,8 +1,11 @@
 #include "SSHConfigSyntax.h"
 
+#include "CharacterClasses.h"
+
 #include <QChar>
 
 using namespace Qt::StringLiterals;
+using CharacterClasses::isWhiteSpace;
 
 namespace SSHConfigSyntax
 {
@@ -50,28 +53,9 @@ std::optional<QStringView> commentBody(QStringView text)
 }
 } // namespace
 
-bool isLineBreak(char16_t c)
-{
-    return (c >= u'\n' && c <= u'\r') || c == u'\u0085' || c == u'\u2028' || c == u'\u2029';
-}
-
-bool isBlank(char16_t c)
-{
-    // QChar::isSpace is exactly the separator categories plus TAB, LF, VT, FF, CR and NEL.
-    return QChar::isSpace(c);
-}
-
 bool isSpace(char16_t c)
 {
     return c == u' ' || c == u'\t' || (c >= 0x80 && QChar::category(c) == QChar::Separator_Space);
-}
-
-bool isWordSeparator(char16_t c)
-{
-    if (c < 0x80)
-        return c == u' ' || (c >= u'\t' && c <= u'\r');
-    return c == u'\u0085' || c == u'\u00A0' || c == u'\u1680' || (c >= u'\u2000' && c <= u'\u200A') || c == u'\u2028'
-        || c == u'\u2029' || c == u'\u202F' || c == u'\u205F' || c == u'\u3000';
 }
 
 template<typename Predicate> static QStringView trimWith(QStringView text, Predicate isTrimmed)
@@ -87,12 +71,12 @@ template<typename Predicate> static QStringView trimWith(QStringView text, Predi
 
 QStringView trimBlanks(QStringView text)
 {
-    return trimWith(text, isBlank);
+    return trimWith(text, [](char16_t c) { return isWhiteSpace(c); });
 }
 
 QStringView trimSpaces(QStringView text)
 {
-    return trimWith(text, isSpace);
+    return trimWith(text, [](char16_t c) { return isSpace(c); });
 }
 
 bool isHostLine(QStringView text)
@@ -116,7 +100,7 @@ QStringList parseHostPatterns(QStringView hostLine)
     QStringList words;
     qsizetype start = -1;
     for (qsizetype i = 0; i <= hostLine.size(); ++i) {
-        const bool separator = i == hostLine.size() || isWordSeparator(hostLine[i].unicode());
+        const bool separator = i == hostLine.size() || isWhiteSpace(hostLine[i].unicode());
         if (separator && start >= 0) {
             words.append(hostLine.sliced(start, i - start).toString());
             start = -1;
@@ -147,7 +131,7 @@ std::optional<OptionParts> parseOption(QStringView rawLine)
     if (t.isEmpty() || t.startsWith(u'#'))
         return std::nullopt;
     qsizetype cut = 0;
-    while (cut < t.size() && !isWordSeparator(t[cut].unicode()))
+    while (cut < t.size() && !isWhiteSpace(t[cut].unicode()))
         ++cut;
     const QStringView key = t.first(cut);
     if (!isValidOptionKey(key))

@@ -6,20 +6,15 @@
 
 #include <optional>
 
-/// The line tests of the ssh config reader, each a pure function of its text. The character classes
-/// are Unicode; for ASCII text they reduce to what the comments say.
+/// The line tests of the ssh config reader, each a pure function of its text. Lines end at
+/// CharacterClasses::isLineBreak; blanks, and the separators between words, are
+/// CharacterClasses::isWhiteSpace.
 namespace SSHConfigSyntax
 {
-/// LF, VT, FF, CR, NEL, LINE SEPARATOR, PARAGRAPH SEPARATOR: each one ends a line.
-bool isLineBreak(char16_t c);
-/// Separator categories, tab and the line breaks (ASCII: space, tab, LF, VT, FF, CR).
-bool isBlank(char16_t c);
 /// Space separators and tab, no line breaks (ASCII: space, tab).
 bool isSpace(char16_t c);
-/// The Unicode White_Space property (ASCII: space, tab, LF, VT, FF, CR).
-bool isWordSeparator(char16_t c);
 
-/// text without leading and trailing blanks.
+/// text without leading and trailing blanks (white space, line breaks included).
 QStringView trimBlanks(QStringView text);
 /// text without leading and trailing spaces (line breaks stay).
 QStringView trimSpaces(QStringView text);
@@ -32,7 +27,7 @@ bool isHostLine(QStringView text);
 /// not start with "#" comes back unchanged, untrimmed.
 QStringView stripCommentMarker(QStringView text);
 
-/// The words after the first of a host line, split at word separators; "*" when there are none.
+/// The words after the first of a host line, split at white space; "*" when there are none.
 QStringList parseHostPatterns(QStringView hostLine);
 
 /// A keyword line cut into its key and its trimmed value (both pointing into the line).
@@ -42,7 +37,7 @@ struct OptionParts
     QStringView value;
 };
 
-/// Splits a raw line at its first word separator into key and trimmed rest. Nothing for a blank
+/// Splits a raw line at its first white-space character into key and trimmed rest. Nothing for a blank
 /// line, a comment, or a key that is not one ASCII letter followed by ASCII letters and digits.
 /// "=" is never a separator: "Port=22" is no option, "Port = 22" has the value "= 22".
 std::optional<OptionParts> parseOption(QStringView rawLine);

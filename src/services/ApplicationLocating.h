@@ -1,7 +1,8 @@
 #pragma once
 
+#include "ApplicationInformation.h"
+
 #include <QString>
-#include <QVariantMap>
 
 #include <optional>
 
@@ -16,8 +17,6 @@ public:
     /// is not installed.
     virtual std::optional<QString> applicationLocation(const QString& bundleIdentifier) const = 0;
 
-    /// The information values of the application at location, keyed as in a bundle's information list
-    /// ("CFBundleDisplayName", "CFBundleName"; desktop entries add "Exec"). Values may be of any type.
-    /// Nothing when the application cannot be read at all.
-    virtual std::optional<QVariantMap> applicationInformation(const QString& location) const = 0;
+    /// What the application at location says about itself; nothing when it cannot be read at all.
+    virtual std::optional<ApplicationInformation> applicationInformation(const QString& location) const = 0;
 };

@@ -90,12 +90,12 @@ std::optional<TerminalApp> CommandLineTerminalDiscovery::discover(
     const std::optional<QString> location = m_locator->applicationLocation(desktopId);
     if (!location)
         return std::nullopt;
-    const std::optional<QVariantMap> information = m_locator->applicationInformation(*location);
+    const std::optional<ApplicationInformation> information = m_locator->applicationInformation(*location);
     if (!information) {
         qCDebug(serviceLog) << "Terminal left out, its entry cannot be read:" << *location;
         return std::nullopt;
     }
-    const QStringList exec = DesktopExecLine::arguments(information->value(u"Exec"_s).toString());
+    const QStringList exec = DesktopExecLine::arguments(information->execLine);
     if (exec.isEmpty()) {
         qCDebug(serviceLog) << "Terminal left out, its entry has no Exec line:" << *location;
         return std::nullopt;

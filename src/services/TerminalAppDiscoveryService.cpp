@@ -14,17 +14,6 @@ namespace
 {
 using LaunchMode = TerminalApp::LaunchMode;
 
-std::optional<QString> nonEmptyString(const QVariantMap& information, const QString& key)
-{
-    const QVariant value = information.value(key);
-    if (value.typeId() != QMetaType::QString)
-        return std::nullopt;
-    QString text = value.toString();
-    if (text.isEmpty())
-        return std::nullopt;
-    return text;
-}
-
 /// The last path component without its extension, ignoring a trailing slash as a bundle path may have one.
 QString lastComponentWithoutExtension(const QString& location)
 {
@@ -93,11 +82,11 @@ QList<TerminalApp> TerminalAppDiscoveryService::discoverTerminalApps() const
 std::optional<QString> TerminalAppDiscoveryService::displayName(
     const ApplicationLocating& locator, const QString& location)
 {
-    if (const std::optional<QVariantMap> information = locator.applicationInformation(location)) {
-        if (auto name = nonEmptyString(*information, u"CFBundleDisplayName"_s))
-            return name;
-        if (auto name = nonEmptyString(*information, u"CFBundleName"_s))
-            return name;
+    if (const std::optional<ApplicationInformation> information = locator.applicationInformation(location)) {
+        if (!information->displayName.isEmpty())
+            return information->displayName;
+        if (!information->name.isEmpty())
+            return information->name;
     }
     QString name = lastComponentWithoutExtension(location);
     if (name.isEmpty())

@@ -31,9 +31,9 @@ public:
     /// The installed candidates, each once, ordered by the candidates' order and then by name.
     QList<TerminalApp> discoverTerminalApps() const override;
 
-    /// The name under which the application at location presents itself: its information list's non-empty
-    /// "CFBundleDisplayName", else its non-empty "CFBundleName" (string values only), else the location's
-    /// last path component without its extension; nothing when even that is empty.
+    /// The name under which the application at location presents itself: its non-empty display name, else
+    /// its non-empty name, else the location's last path component without its extension; nothing when even
+    /// that is empty.
     static std::optional<QString> displayName(const ApplicationLocating& locator, const QString& location);
 
 private:

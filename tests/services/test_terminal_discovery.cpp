@@ -12,7 +12,7 @@ namespace
 class FakeLocator final : public ApplicationLocating
 {
 public:
-    void install(const QString& identifier, const QString& location, std::optional<QVariantMap> information)
+    void install(const QString& identifier, const QString& location, std::optional<ApplicationInformation> information)
     {
         m_locations.insert(identifier, location);
         if (information)
@@ -27,7 +27,7 @@ public:
         return m_locations.value(bundleIdentifier);
     }
 
-    std::optional<QVariantMap> applicationInformation(const QString& location) const override
+    std::optional<ApplicationInformation> applicationInformation(const QString& location) const override
     {
         if (!m_information.contains(location))
             return std::nullopt;
@@ -38,18 +38,13 @@ public:
 
 private:
     QHash<QString, QString> m_locations;
-    QHash<QString, QVariantMap> m_information;
+    QHash<QString, ApplicationInformation> m_information;
     mutable QStringList m_asked;
 };
 
-QVariantMap named(const QVariant& displayName, const QVariant& name)
+ApplicationInformation named(const QString& displayName, const QString& name)
 {
-    QVariantMap information;
-    if (displayName.isValid())
-        information.insert(u"CFBundleDisplayName"_s, displayName);
-    if (name.isValid())
-        information.insert(u"CFBundleName"_s, name);
-    return information;
+    return ApplicationInformation { displayName, name, QString() };
 }
 
 QStringList identifiersOf(const QList<TerminalApp>& apps)
@@ -104,7 +99,7 @@ private slots:
         // Names that sort against table order, so only the order field can explain the result.
         for (qsizetype index = 0; index < installed.size(); ++index) {
             locator->install(installed[index], u"/Applications/"_s + installed[index] + u".app"_s,
-                named(QString(u"A"_s + QString::number(index)), {}));
+                named(u"A"_s + QString::number(index), QString()));
         }
         QCOMPARE(identifiersOf(TerminalAppDiscoveryService(locator).discoverTerminalApps()), expected);
     }
@@ -122,30 +117,32 @@ private slots:
     void displayName_data()
     {
         QTest::addColumn<QString>("location");
-        QTest::addColumn<std::optional<QVariantMap>>("information");
+        QTest::addColumn<std::optional<ApplicationInformation>>("information");
         QTest::addColumn<QString>("expected");
 
         const QString iterm = u"/Applications/iTerm.app"_s;
         QTest::newRow("display name wins") << iterm << std::optional(named(u"iTerm2"_s, u"iTerm"_s)) << u"iTerm2"_s;
         QTest::newRow("empty display name falls to bundle name")
             << u"/Applications/Warp.app"_s << std::optional(named(u""_s, u"Warp"_s)) << u"Warp"_s;
-        QTest::newRow("non-string display name falls to bundle name")
-            << iterm << std::optional(named(42, u"iTerm"_s)) << u"iTerm"_s;
-        QTest::newRow("non-string names fall to file name")
-            << u"/Applications/My.Term.app"_s << std::optional(named(QStringList { u"x"_s }, true)) << u"My.Term"_s;
+        QTest::newRow("no display name falls to bundle name")
+            << iterm << std::optional(named(QString(), u"iTerm"_s)) << u"iTerm"_s;
+        QTest::newRow("no names fall to file name")
+            << u"/Applications/My.Term.app"_s << std::optional(ApplicationInformation()) << u"My.Term"_s;
         QTest::newRow("empty names fall to file name") << iterm << std::optional(named(u""_s, u""_s)) << u"iTerm"_s;
-        QTest::newRow("unreadable bundle gives file name") << iterm << std::optional<QVariantMap>() << u"iTerm"_s;
-        QTest::newRow("trailing slash") << u"/Applications/iTerm.app/"_s << std::optional<QVariantMap>() << u"iTerm"_s;
-        QTest::newRow("desktop entry file")
-            << u"/usr/share/applications/dev.warp.Warp.desktop"_s << std::optional<QVariantMap>() << u"dev.warp.Warp"_s;
+        QTest::newRow("unreadable bundle gives file name")
+            << iterm << std::optional<ApplicationInformation>() << u"iTerm"_s;
+        QTest::newRow("trailing slash") << u"/Applications/iTerm.app/"_s << std::optional<ApplicationInformation>()
+                                        << u"iTerm"_s;
+        QTest::newRow("desktop entry file") << u"/usr/share/applications/dev.warp.Warp.desktop"_s
+                                            << std::optional<ApplicationInformation>() << u"dev.warp.Warp"_s;
         QTest::newRow("nothing left uses the fallback name")
-            << u"/Applications/.app"_s << std::optional<QVariantMap>() << u"iTerm2"_s;
+            << u"/Applications/.app"_s << std::optional<ApplicationInformation>() << u"iTerm2"_s;
     }
 
     void displayName()
     {
         QFETCH(QString, location);
-        QFETCH(std::optional<QVariantMap>, information);
+        QFETCH(std::optional<ApplicationInformation>, information);
         QFETCH(QString, expected);
         auto locator = std::make_shared<FakeLocator>();
         locator->install(u"com.googlecode.iterm2"_s, location, information);

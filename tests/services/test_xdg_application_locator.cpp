@@ -138,10 +138,9 @@ private slots:
             "--window\nType=Application\n");
         const XdgApplicationLocator locator(xdg.applicationDirectories(), u"nl_NL.UTF-8"_s);
 
-        const QVariantMap expected { { u"CFBundleName"_s, u"Terminalvenster"_s },
-            { u"Exec"_s, u"gnome-terminal --window"_s } };
+        const ApplicationInformation expected { QString(), u"Terminalvenster"_s, u"gnome-terminal --window"_s };
         QCOMPARE(locator.applicationInformation(path), std::optional(expected));
-        QCOMPARE(locator.applicationInformation(path + u".missing"_s), std::optional<QVariantMap>());
+        QCOMPARE(locator.applicationInformation(path + u".missing"_s), std::optional<ApplicationInformation>());
     }
 
     void nameFallsBackToDesktopId()

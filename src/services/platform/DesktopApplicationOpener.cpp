@@ -15,8 +15,8 @@ void DesktopApplicationOpener::open(const QString& desktopId) const
 {
     QStringList arguments;
     if (const std::optional<QString> location = m_locator->applicationLocation(desktopId)) {
-        if (const std::optional<QVariantMap> information = m_locator->applicationInformation(*location))
-            arguments = DesktopExecLine::arguments(information->value(u"Exec"_s).toString());
+        if (const std::optional<ApplicationInformation> information = m_locator->applicationInformation(*location))
+            arguments = DesktopExecLine::arguments(information->execLine);
     }
     if (arguments.isEmpty() || !m_startProcess)
         throw TerminalLaunchError::launchFailed(desktopId);

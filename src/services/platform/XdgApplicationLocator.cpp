@@ -55,15 +55,13 @@ std::optional<QString> XdgApplicationLocator::applicationLocation(const QString&
     return std::nullopt;
 }
 
-std::optional<QVariantMap> XdgApplicationLocator::applicationInformation(const QString& location) const
+std::optional<ApplicationInformation> XdgApplicationLocator::applicationInformation(const QString& location) const
 {
     const std::optional<DesktopEntry> entry = DesktopEntry::read(location);
     if (!entry)
         return std::nullopt;
-    QVariantMap information;
-    if (const auto name = entry->localizedValue(u"Name"_s, m_localeName))
-        information.insert(u"CFBundleName"_s, *name);
-    if (const auto exec = entry->value(u"Exec"_s))
-        information.insert(u"Exec"_s, *exec);
+    ApplicationInformation information;
+    information.name = entry->localizedValue(u"Name"_s, m_localeName).value_or(QString());
+    information.execLine = entry->value(u"Exec"_s).value_or(QString());
     return information;
 }

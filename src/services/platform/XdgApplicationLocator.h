@@ -24,9 +24,9 @@ public:
 
     /// The path of the desktop entry file, or nothing when the application is not installed.
     std::optional<QString> applicationLocation(const QString& desktopId) const override;
-    /// {"CFBundleName": the localized Name, "Exec": the Exec line}, each when the entry has it; nothing when
-    /// the file cannot be read or is no desktop entry.
-    std::optional<QVariantMap> applicationInformation(const QString& location) const override;
+    /// The entry's Name in the reader's language and its Exec line, each empty when the entry has none;
+    /// nothing when the file cannot be read or is no desktop entry.
+    std::optional<ApplicationInformation> applicationInformation(const QString& location) const override;
 
 private:
     QStringList m_applicationDirectories;

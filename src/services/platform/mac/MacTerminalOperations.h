@@ -7,13 +7,13 @@
 
 // The terminal services' operations on macOS, over AppKit and Foundation.
 
-/// Applications by bundle identifier through NSWorkspace; information values from the bundle's
-/// information list (string values of "CFBundleDisplayName" and "CFBundleName").
+/// Applications by bundle identifier through NSWorkspace; their names from the bundle's information list
+/// ("CFBundleDisplayName" and "CFBundleName", when they are strings).
 class MacApplicationLocator final : public ApplicationLocating
 {
 public:
     std::optional<QString> applicationLocation(const QString& bundleIdentifier) const override;
-    std::optional<QVariantMap> applicationInformation(const QString& location) const override;
+    std::optional<ApplicationInformation> applicationInformation(const QString& location) const override;
 };
 
 /// Compiles and runs source as an NSAppleScript, synchronously. Throws TerminalLaunchError::appleScriptFailed

@@ -18,6 +18,17 @@ void releaseObject(id object)
     (void)object;
 #endif
 }
+
+/// The bundle's information value for key when it is a string, else empty text: only a string can name
+/// an app, so anything else counts as if the key were missing.
+QString infoString(NSBundle* bundle, NSString* key)
+{
+    id value = [bundle objectForInfoDictionaryKey:key];
+    if (![value isKindOfClass:[NSString class]])
+        return QString();
+    NSString* text = value;
+    return QString::fromNSString(text);
+}
 } // namespace
 
 std::optional<QString> MacApplicationLocator::applicationLocation(const QString& bundleIdentifier) const
@@ -31,22 +42,16 @@ std::optional<QString> MacApplicationLocator::applicationLocation(const QString&
     }
 }
 
-std::optional<QVariantMap> MacApplicationLocator::applicationInformation(const QString& location) const
+std::optional<ApplicationInformation> MacApplicationLocator::applicationInformation(const QString& location) const
 {
     @autoreleasepool {
         NSURL* url = [NSURL fileURLWithPath:location.toNSString() isDirectory:YES];
         NSBundle* bundle = [[NSBundle alloc] initWithURL:url];
         if (bundle == nil)
             return std::nullopt;
-        QVariantMap information;
-        for (NSString* key in @[ @"CFBundleDisplayName", @"CFBundleName" ]) {
-            id value = [bundle objectForInfoDictionaryKey:key];
-            // Only strings can name an app; anything else is left out, as if the key were missing.
-            if ([value isKindOfClass:[NSString class]]) {
-                NSString* name = value;
-                information.insert(QString::fromNSString(key), QString::fromNSString(name));
-            }
-        }
+        ApplicationInformation information;
+        information.displayName = infoString(bundle, @"CFBundleDisplayName");
+        information.name = infoString(bundle, @"CFBundleName");
         releaseObject(bundle);
         return information;
     }
