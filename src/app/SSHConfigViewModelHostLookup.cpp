@@ -24,8 +24,23 @@ QString foundSentence(qsizetype count, const QString& name)
 
 void SSHConfigViewModel::connectHostLookup()
 {
-    // Every change of the document may move or change entries the index points at.
-    connect(this, &SSHConfigViewModel::knownHostsDocumentChanged, this, &SSHConfigViewModel::forgetKnownHostNameIndex);
+    // The index follows each record that changes, goes or comes; the answers given are redone.
+    connect(this, &SSHConfigViewModel::knownHostRecordsChanged, this,
+        [this](qsizetype first, qsizetype last, bool lineNumberOnly) {
+            if (!m_knownHostNameIndex || lineNumberOnly)
+                return;
+            for (qsizetype position = first; position <= last; ++position)
+                m_knownHostNameIndex->recordChanged(position, m_knownHostsDocument.records().at(position));
+        });
+    connect(this, &SSHConfigViewModel::knownHostRecordRemoved, this, [this](qsizetype position) {
+        if (m_knownHostNameIndex)
+            m_knownHostNameIndex->recordRemoved(position);
+    });
+    connect(this, &SSHConfigViewModel::knownHostRecordInserted, this, [this](qsizetype position) {
+        if (m_knownHostNameIndex)
+            m_knownHostNameIndex->recordInserted(position, m_knownHostsDocument.records().at(position));
+    });
+    connect(this, &SSHConfigViewModel::knownHostsDocumentChanged, this, [this] { m_knownHostLookupAnswers.clear(); });
     // A reload gives every entry a new id, so a lookup in progress is asked again.
     connect(this, &SSHConfigViewModel::knownHostsReset, this, [this] {
         // The document changed before this signal, but the index hears of it only afterwards.

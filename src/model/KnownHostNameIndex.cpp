@@ -7,11 +7,54 @@
 KnownHostNameIndex::KnownHostNameIndex(const KnownHostsDocument& document)
 {
     const QList<KnownHostsRecord>& records = document.records();
-    for (qsizetype position = 0; position < records.size(); ++position) {
-        const KnownHostEntry* entry = records.at(position).kind().entry();
-        if (entry && !entry->isCommentedOut())
-            add(position, entry->hostsField());
+    for (qsizetype position = 0; position < records.size(); ++position)
+        add(position, records.at(position));
+}
+
+void KnownHostNameIndex::recordChanged(qsizetype position, const KnownHostsRecord& record)
+{
+    forgetAndMove(position, position + 1, 0);
+    add(position, record);
+}
+
+void KnownHostNameIndex::recordRemoved(qsizetype position)
+{
+    forgetAndMove(position, position + 1, -1);
+}
+
+void KnownHostNameIndex::recordInserted(qsizetype position, const KnownHostsRecord& record)
+{
+    forgetAndMove(-1, position, 1);
+    add(position, record);
+}
+
+void KnownHostNameIndex::forgetAndMove(qsizetype forgotten, qsizetype firstMoved, qsizetype shift)
+{
+    for (auto it = m_plain.begin(); it != m_plain.end();) {
+        if (it.value() == forgotten) {
+            it = m_plain.erase(it);
+            continue;
+        }
+        if (it.value() >= firstMoved)
+            it.value() += shift;
+        ++it;
     }
+    auto forgetAndMoveIn = [=](auto& records) {
+        std::erase_if(records, [forgotten](const auto& record) { return record.position == forgotten; });
+        for (auto& record : records) {
+            if (record.position >= firstMoved)
+                record.position += shift;
+        }
+    };
+    forgetAndMoveIn(m_patterned);
+    forgetAndMoveIn(m_hashed);
+}
+
+void KnownHostNameIndex::add(qsizetype position, const KnownHostsRecord& record)
+{
+    const KnownHostEntry* entry = record.kind().entry();
+    if (entry && !entry->isCommentedOut())
+        add(position, entry->hostsField());
 }
 
 void KnownHostNameIndex::add(qsizetype position, QStringView hostsField)

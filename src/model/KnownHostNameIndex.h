@@ -17,7 +17,8 @@
 ///
 /// Plain names go into a hash table; lines with wildcards or negations are tried one by one; hashed names
 /// keep their decoded salt and hash, and a lookup computes one HMAC for each of them. The index holds
-/// record positions: it is only valid for the document it was built from, unchanged.
+/// record positions: it is valid for the document it was built from, kept current by telling it of
+/// each record that changed, went or came, which costs one pass over the index instead of a rebuild.
 class KnownHostNameIndex
 {
 public:
@@ -26,6 +27,13 @@ public:
 
     /// The positions of the records whose entries ssh would use for name, in ascending order.
     QList<qsizetype> recordsFor(QStringView name) const;
+
+    /// The record at position is now record.
+    void recordChanged(qsizetype position, const KnownHostsRecord& record);
+    /// The record at position was removed; the ones after it moved up.
+    void recordRemoved(qsizetype position);
+    /// record was inserted at position; the ones from there on moved down.
+    void recordInserted(qsizetype position, const KnownHostsRecord& record);
 
 private:
     // HMAC-SHA1 with the salt as key, its two padded keys worked out once when the index is built
@@ -46,7 +54,11 @@ private:
         QString hostsField;
     };
 
+    void add(qsizetype position, const KnownHostsRecord& record);
     void add(qsizetype position, QStringView hostsField);
+    /// Drops what the record at forgotten contributed (none for -1), and moves every position from
+    /// firstMoved on by shift.
+    void forgetAndMove(qsizetype forgotten, qsizetype firstMoved, qsizetype shift);
 
     QMultiHash<QString, qsizetype> m_plain;
     std::vector<PatternRecord> m_patterned;

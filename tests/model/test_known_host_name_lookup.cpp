@@ -182,6 +182,37 @@ private Q_SLOTS:
         QVERIFY2(found > names / 10, qPrintable(QString::number(found)));
     }
 
+    // An index told of each change answers as one built afresh from the changed document.
+    void keptCurrentThroughChanges()
+    {
+        const QString file = knownHostsText(u"ssh-ed25519 AAAAC3NzaC1lZDI1NTE5"_s)
+            + u"|1|c2FsdHNhbHRzYWx0c2FsdHNhbHQ=|aGFzaGhhc2hoYXNoaGFzaGhhc2g= ssh-ed25519 AAAA\n"_s;
+        KnownHostsDocument document = KnownHostsService().parse(file).document;
+        const QList<KnownHostsRecord> pool = document.records();
+        KnownHostNameIndex index(document);
+        QList<KnownHostsRecord>& records = document.records();
+        for (int step = 0; step < 300; ++step) {
+            const qsizetype position = (step * 37) % records.size();
+            switch (step % 3) {
+            case 0:
+                records[position] = pool.at((step * 11) % pool.size());
+                index.recordChanged(position, records.at(position));
+                break;
+            case 1:
+                records.removeAt(position);
+                index.recordRemoved(position);
+                break;
+            default:
+                records.insert(position, pool.at((step * 13) % pool.size()));
+                index.recordInserted(position, records.at(position));
+                break;
+            }
+        }
+        const KnownHostNameIndex fresh(document);
+        for (const QString& name : lookupNames())
+            QCOMPARE(index.recordsFor(name), fresh.recordsFor(name));
+    }
+
 private:
     // The line numbers ssh-keygen -F reports for name ("# Host name found: line 12").
     static QList<qsizetype> sshKeygenFind(const SshKeygen& keygen, const QString& path, const QString& name)
