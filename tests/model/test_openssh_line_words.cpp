@@ -26,6 +26,9 @@ private slots:
         QTest::newRow("line separator stays inside a word") << u"# x\u2028User root"_s << QStringList {};
         QTest::newRow("unterminated quote takes the rest")
             << u"Include \"a b"_s << QStringList { u"Include"_s, u"a b"_s };
+        QTest::newRow("quotes inside a word join its parts")
+            << u"User a\"b c\"'d'e"_s << QStringList { u"User"_s, u"ab cde"_s };
+        QTest::newRow("NUL is part of a word") << u"User a\u0000b"_s << QStringList { u"User"_s, u"a\u0000b"_s };
     }
 
     void split()
