@@ -95,8 +95,20 @@ void KnownHostsCheck::start(const QString& textOnDisk, const QString& textToSave
         finishWith({ {}, u"ssh-keygen is niet gevonden, dus OpenSSH kan deze opslag niet beoordelen."_s });
         return;
     }
-    // No probe for other names: a line that did not change cannot change their answer.
-    const QList<SshProbeName> probes = SshProbeName::forPatterns(patternsOnChangedLines(textOnDisk, textToSave), false);
+    // Finding the changed lines and writing the two files are a turn of the event loop each: at
+    // 10,000 lines each takes milliseconds.
+    auto probes = std::make_shared<QList<SshProbeName>>();
+    prepareInSteps({
+        [probes, textOnDisk, textToSave] {
+            // No probe for other names: a line that did not change cannot change their answer.
+            *probes = SshProbeName::forPatterns(patternsOnChangedLines(textOnDisk, textToSave), false);
+        },
+        [this, probes, textOnDisk, textToSave] { askAbout(*probes, textOnDisk, textToSave); },
+    });
+}
+
+void KnownHostsCheck::askAbout(const QList<SshProbeName>& probes, const QString& textOnDisk, const QString& textToSave)
+{
     if (probes.size() > maxNames) {
         finishWith({ {},
             u"Te veel gewijzigde hostnamen in known_hosts ("_s + QString::number(probes.size())
@@ -120,7 +132,7 @@ void KnownHostsCheck::start(const QString& textOnDisk, const QString& textToSave
         return;
     }
     QList<ProcessQueue::Job> jobs;
-    for (const SshProbeName& probe : std::as_const(probes)) {
+    for (const SshProbeName& probe : probes) {
         jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, before } });
         jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, after } });
     }

@@ -21,4 +21,7 @@ public:
 
     /// The host patterns of the lines that are not in both texts equally often, each once.
     static QStringList patternsOnChangedLines(const QString& textOnDisk, const QString& textToSave);
+
+private:
+    void askAbout(const QList<SshProbeName>& probes, const QString& textOnDisk, const QString& textToSave);
 };

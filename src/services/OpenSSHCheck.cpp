@@ -61,3 +61,19 @@ void OpenSSHCheck::finishWith(SshCheckResult result)
         Q_EMIT finished(result);
     });
 }
+
+void OpenSSHCheck::prepareInSteps(QList<Step> steps)
+{
+    cancel();
+    m_running = true;
+    runStepsFrom(std::make_shared<const QList<Step>>(std::move(steps)), 0, m_generation);
+}
+
+void OpenSSHCheck::runStepsFrom(std::shared_ptr<const QList<Step>> steps, qsizetype next, quint64 generation)
+{
+    if (next >= steps->size() || generation != m_generation)
+        return;
+    steps->at(next)();
+    QTimer::singleShot(
+        0, this, [this, steps = std::move(steps), next, generation] { runStepsFrom(steps, next + 1, generation); });
+}

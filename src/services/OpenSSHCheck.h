@@ -42,8 +42,15 @@ protected:
     void runJobs(QList<ProcessQueue::Job> jobs, Judge judge);
     /// Reports result without running anything (still from the event loop, never from the caller's call).
     void finishWith(SshCheckResult result);
+    using Step = std::function<void()>;
+    /// Runs the steps that prepare a check one per turn of the event loop, the first at once, so that
+    /// preparing a large file never holds up the window for long. The last step runs the jobs (or
+    /// reports); a step that reports, or a new start, drops the steps after it.
+    void prepareInSteps(QList<Step> steps);
 
 private:
+    void runStepsFrom(std::shared_ptr<const QList<Step>> steps, qsizetype next, quint64 generation);
+
     QString m_program;
     ProcessQueue* m_queue;
     std::unique_ptr<QTemporaryDir> m_directory;

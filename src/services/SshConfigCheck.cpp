@@ -1,25 +1,30 @@
 #include "SshConfigCheck.h"
 
-#include "SshConfigCopies.h"
-#include "SshConfigReach.h"
 #include "SshSettings.h"
 
 using namespace Qt::StringLiterals;
 
 using Outcome = ProcessQueue::Outcome;
 
+SshConfigCheck::Preparation::Preparation(const QString& directory, QString onDisk, QString toSave)
+    : copies(directory)
+    , textOnDisk(std::move(onDisk))
+    , textToSave(std::move(toSave))
+{
+    passes.append(Pass {});
+}
+
+QString SshConfigCheck::Preparation::writeCopy(const QString& fileName, bool onDisk, bool execAnswer)
+{
+    return copies.write(fileName, onDisk ? textOnDisk : textToSave, execAnswer);
+}
+
 namespace
 {
 // Beyond this many names a check would keep ssh busy for minutes: it is skipped and says so.
 constexpr qsizetype maxNames = 5000;
 
-// One pass: the two files as evaluated with one answer for every "Match exec".
-struct Pass
-{
-    QString before;
-    QString after;
-    QString keywordSuffix;
-};
+const QString execTrueSuffix = u" (als Match exec slaagt)"_s;
 
 QString firstLine(const QByteArray& bytes)
 {
@@ -61,17 +66,6 @@ void addNewKeywords(QList<SshSettingChange>& into, const QList<SshSettingChange>
         into.append(change);
     }
 }
-// ssh is asked only about names whose reachable lines the save changes; "*" is always asked, since a
-// line ssh cannot read at all fails the file for every name, reachable or not.
-QList<SshProbeName> namesThatMayDiffer(QList<SshProbeName> probes, const QString& textOnDisk, const QString& textToSave)
-{
-    const SshConfigReach before(textOnDisk);
-    const SshConfigReach after(textToSave);
-    probes.removeIf([&](const SshProbeName& probe) {
-        return probe.shown != u"*"_s && !SshConfigReach::mayDiffer(before, after, probe.asked);
-    });
-    return probes;
-}
 } // namespace
 
 void SshConfigCheck::start(const QString& textOnDisk, const QString& textToSave)
@@ -90,26 +84,51 @@ void SshConfigCheck::start(const QString& textOnDisk, const QString& textToSave)
         finishWith({ {}, u"Geen tijdelijke map voor de controle door ssh."_s });
         return;
     }
-    SshConfigCopies copies(directory->path());
-    QList<Pass> passes { { copies.write(u"on-disk-exec-false"_s, textOnDisk, false),
-        copies.write(u"to-save-exec-false"_s, textToSave, false), QString() } };
-    if (copies.hasExec())
-        passes.append({ copies.write(u"on-disk-exec-true"_s, textOnDisk, true),
-            copies.write(u"to-save-exec-true"_s, textToSave, true), u" (als Match exec slaagt)"_s });
-    QList<SshProbeName> probes = SshProbeName::forPatterns(copies.hostPatterns(), true);
-    // A Match line in an included file can make ssh read every file again for another name.
-    if (!copies.hasMatch())
-        probes = namesThatMayDiffer(std::move(probes), textOnDisk, textToSave);
+    // Each copy and each reading of a text is a step of its own: at 1,000 hosts each takes
+    // milliseconds.
+    auto preparation = std::make_shared<Preparation>(directory->path(), textOnDisk, textToSave);
+    prepareInSteps({
+        [preparation] { preparation->passes[0].before = preparation->writeCopy(u"on-disk-exec-false"_s, true, false); },
+        [preparation] { preparation->passes[0].after = preparation->writeCopy(u"to-save-exec-false"_s, false, false); },
+        [preparation] {
+            if (preparation->copies.hasExec())
+                preparation->passes.append(
+                    { preparation->writeCopy(u"on-disk-exec-true"_s, true, true), QString(), execTrueSuffix });
+        },
+        [preparation] {
+            if (preparation->copies.hasExec())
+                preparation->passes[1].after = preparation->writeCopy(u"to-save-exec-true"_s, false, true);
+        },
+        [preparation] {
+            // A Match line in an included file can make ssh read every file again for another name.
+            if (!preparation->copies.hasMatch())
+                preparation->reachBefore.emplace(preparation->textOnDisk);
+        },
+        [this, preparation] { askAbout(*preparation); },
+    });
+}
+
+void SshConfigCheck::askAbout(Preparation& preparation)
+{
+    QList<SshProbeName> probes = SshProbeName::forPatterns(preparation.copies.hostPatterns(), true);
+    if (preparation.reachBefore) {
+        // ssh is asked only about names whose reachable lines the save changes; "*" is always asked,
+        // since a line ssh cannot read at all fails the file for every name, reachable or not.
+        const SshConfigReach after(preparation.textToSave);
+        probes.removeIf([&](const SshProbeName& probe) {
+            return probe.shown != u"*"_s && !SshConfigReach::mayDiffer(*preparation.reachBefore, after, probe.asked);
+        });
+    }
     if (probes.size() > maxNames) {
         finishWith({ {},
             u"Te veel hostnamen ("_s + QString::number(probes.size())
                 + u") om elke opslag door ssh te laten beoordelen; de controle is overgeslagen."_s });
         return;
     }
-
+    const QList<Pass> passes = preparation.passes;
     QList<ProcessQueue::Job> jobs;
-    for (const Pass& pass : std::as_const(passes)) {
-        for (const SshProbeName& probe : probes) {
+    for (const Pass& pass : passes) {
+        for (const SshProbeName& probe : std::as_const(probes)) {
             jobs.append(askSsh(pass.before, probe.asked));
             jobs.append(askSsh(pass.after, probe.asked));
         }

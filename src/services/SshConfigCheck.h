@@ -1,7 +1,11 @@
 #pragma once
 
 #include "OpenSSHCheck.h"
+#include "SshConfigCopies.h"
+#include "SshConfigReach.h"
 #include "SshProbeName.h"
+
+#include <optional>
 
 /// Asks `ssh -G` what a config save changes: the text on disk and the text a save would write go to
 /// two private files (with "Match exec" answered without running anything, and includes resolved as
@@ -29,5 +33,27 @@ public:
     void start(const QString& textOnDisk, const QString& textToSave);
 
 private:
+    // One pass: the two files as evaluated with one answer for every "Match exec".
+    struct Pass
+    {
+        QString before;
+        QString after;
+        QString keywordSuffix;
+    };
+
+    // What the steps of start() build up for the last one.
+    struct Preparation
+    {
+        Preparation(const QString& directory, QString onDisk, QString toSave);
+        QString writeCopy(const QString& fileName, bool onDisk, bool execAnswer);
+
+        SshConfigCopies copies;
+        QString textOnDisk;
+        QString textToSave;
+        QList<Pass> passes;
+        std::optional<SshConfigReach> reachBefore;
+    };
+
+    void askAbout(Preparation& preparation);
     ProcessQueue::Job askSsh(const QString& configPath, const QString& name) const;
 };
