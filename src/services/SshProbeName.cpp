@@ -25,10 +25,10 @@ bool askable(const QString& name)
 QList<SshProbeName> SshProbeName::forPatterns(const QStringList& patterns, bool withEveryOtherHost)
 {
     QList<SshProbeName> probes;
-    QSet<QString> asked;
+    QSet<QString> askedLowered;
     auto add = [&](const QString& shown, const QString& name) {
-        if (askable(name) && !asked.contains(name.toLower())) {
-            asked.insert(name.toLower());
+        if (askable(name) && !askedLowered.contains(name.toLower())) {
+            askedLowered.insert(name.toLower());
             probes.append({ shown, name });
         }
     };
