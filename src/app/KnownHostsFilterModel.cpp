@@ -55,6 +55,7 @@ void KnownHostsFilterModel::refilter()
             if ((narrowing && !shown[row]) || (widening && shown[row]))
                 accepted[row] = shown[row];
             else
+                // NOLINTNEXTLINE(bugprone-narrowing-conversions): a bool keeps its value as a char
                 accepted[row] = accepts(m_source.entryAt(static_cast<int>(row)));
         }
     });
