@@ -25,11 +25,11 @@ bool askable(const QString& name)
 QList<SshProbeName> SshProbeName::forPatterns(const QStringList& patterns, bool withEveryOtherHost)
 {
     QList<SshProbeName> probes;
-    QSet<QString> askedLowered;
-    auto add = [&](const QString& shown, const QString& name) {
-        if (askable(name) && !askedLowered.contains(name.toLower())) {
-            askedLowered.insert(name.toLower());
-            probes.append({ shown, name });
+    QSet<QString> asked;
+    auto add = [&](const QString& shownAs, const QString& name) {
+        if (askable(name) && !asked.contains(name.toLower())) {
+            asked.insert(name.toLower());
+            probes.append({ shownAs, name });
         }
     };
     for (const QString& pattern : patterns) {
