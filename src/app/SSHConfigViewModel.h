@@ -664,7 +664,7 @@ private:
     void handleExternalChange(SSHFile file);
     void reloadQuietly(SSHFile file);
     bool mergeAppendedKnownHosts();
-    void setChangeNotice(SSHFile file, FileChangeNotice notice);
+    void setChangeNotice(SSHFile file, const FileChangeNotice& notice);
     void raiseConflict(SSHFile file);
     bool hasUnsavedChanges(SSHFile file) const;
     QString pathOf(SSHFile file) const;

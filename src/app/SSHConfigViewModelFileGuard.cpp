@@ -33,7 +33,7 @@ bool SSHConfigViewModel::hasUnsavedChanges(SSHFile file) const
     return file == SSHFile::config ? m_rawEditorDirty || m_rawTextDirty : m_knownHostsDirty;
 }
 
-void SSHConfigViewModel::setChangeNotice(SSHFile file, FileChangeNotice notice)
+void SSHConfigViewModel::setChangeNotice(SSHFile file, const FileChangeNotice& notice)
 {
     if (file == SSHFile::config)
         change(m_configChangeNotice, notice, &SSHConfigViewModel::configChangeNoticeChanged);

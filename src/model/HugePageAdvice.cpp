@@ -23,7 +23,7 @@ void adviseHugePages(void* data, std::size_t bytes)
     const std::uintptr_t first = (begin + hugePageSize - 1) & ~(hugePageSize - 1);
     const std::uintptr_t last = (begin + bytes) & ~(hugePageSize - 1);
     if (last > first)
-        madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+        madvise(static_cast<char*>(data) + (first - begin), last - first, MADV_HUGEPAGE);
 #else
     (void)data;
     (void)bytes;

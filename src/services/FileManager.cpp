@@ -45,7 +45,7 @@ int openForReading(const QString& path)
 // instead of filling the memory.
 QByteArray readAtMost(int descriptor, qint64 expectedSize, const QString& path)
 {
-    constexpr qint64 chunkSize = 64 * 1024;
+    constexpr qint64 chunkSize = qint64 { 64 } * 1024;
     QByteArray bytes;
     bytes.reserve(expectedSize + 1);
     while (bytes.size() <= FileManager::readLimit) {

@@ -50,7 +50,7 @@ std::optional<QString> SSHFileService::write(const QString& text, const QString&
     // a link loop would replace the link by a regular file.
     m_fileManager.checkReplaceable(location);
 
-    const std::optional<QString> backup = backUp(location);
+    std::optional<QString> backup = backUp(location);
     m_fileManager.writeAtomically(location, text.toUtf8());
     verify(text, location);
     return backup;

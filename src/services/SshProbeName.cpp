@@ -26,10 +26,10 @@ QList<SshProbeName> SshProbeName::forPatterns(const QStringList& patterns, bool 
 {
     QList<SshProbeName> probes;
     QSet<QString> asked;
-    auto add = [&](const QString& shown, const QString& name) {
+    auto add = [&](const QString& shownAs, const QString& name) {
         if (askable(name) && !asked.contains(name.toLower())) {
             asked.insert(name.toLower());
-            probes.append({ shown, name });
+            probes.append({ shownAs, name });
         }
     };
     for (const QString& pattern : patterns) {

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <utility>
+
 /// Why a terminal launch failed. One kind per failure; the payload is the offending message, bundle
 /// identifier, path or URI text, and description() is the Dutch sentence shown to the user.
 class TerminalLaunchError final : public ServiceError
@@ -17,14 +19,20 @@ public:
         uriOpenFailed, ///< payload: the URI text
     };
 
-    static TerminalLaunchError appleScriptFailed(QString message) { return { Kind::appleScriptFailed, message }; }
+    static TerminalLaunchError appleScriptFailed(QString message)
+    {
+        return { Kind::appleScriptFailed, std::move(message) };
+    }
     static TerminalLaunchError launchFailed(QString bundleIdentifier)
     {
-        return { Kind::launchFailed, bundleIdentifier };
+        return { Kind::launchFailed, std::move(bundleIdentifier) };
     }
-    static TerminalLaunchError warpConfigWriteFailed(QString path) { return { Kind::warpConfigWriteFailed, path }; }
-    static TerminalLaunchError invalidURI(QString uri) { return { Kind::invalidURI, uri }; }
-    static TerminalLaunchError uriOpenFailed(QString uri) { return { Kind::uriOpenFailed, uri }; }
+    static TerminalLaunchError warpConfigWriteFailed(QString path)
+    {
+        return { Kind::warpConfigWriteFailed, std::move(path) };
+    }
+    static TerminalLaunchError invalidURI(QString uri) { return { Kind::invalidURI, std::move(uri) }; }
+    static TerminalLaunchError uriOpenFailed(QString uri) { return { Kind::uriOpenFailed, std::move(uri) }; }
 
     Kind kind() const { return m_kind; }
     /// The message, bundle identifier, path or URI text the error carries.

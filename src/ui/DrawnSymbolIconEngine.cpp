@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 DrawnSymbolIconEngine::DrawnSymbolIconEngine(QString systemName, std::optional<QColor> tint)
     : m_systemName(std::move(systemName))
-    , m_tint(std::move(tint))
+    , m_tint(tint)
 { }
 
 void DrawnSymbolIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State)

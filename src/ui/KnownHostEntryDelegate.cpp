@@ -153,7 +153,7 @@ QIcon KnownHostEntryDelegate::tintedSymbol(QStringView symbol, const QColor& col
     auto found = m_symbols.constFind(key);
     if (found != m_symbols.constEnd())
         return *found;
-    const QIcon icon = symbolIcon(symbol, colour);
+    QIcon icon = symbolIcon(symbol, colour);
     m_symbols.insert(key, icon);
     return icon;
 }

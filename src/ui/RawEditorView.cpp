@@ -207,7 +207,8 @@ void RawEditorView::followParseErrors()
     if (lines.isEmpty())
         return;
     const int rowHeight = m_errorList->sizeHintForRow(0) + 2 * m_errorList->spacing();
-    const qsizetype wanted = rowHeight * lines.size() + 2 * m_errorList->frameWidth();
+    const int frames = 2 * m_errorList->frameWidth();
+    const qsizetype wanted = rowHeight * lines.size() + frames;
     m_errorList->setFixedHeight(static_cast<int>(std::min<qsizetype>(wanted, maximumErrorListHeight)));
 }
 

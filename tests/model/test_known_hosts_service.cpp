@@ -53,11 +53,11 @@ QString roundTrip(const QString& text)
     return KnownHostsService {}.serialize(KnownHostsService {}.parse(text).document);
 }
 
-KnownHostsRecord entryRecord(QStringList hosts, QString keyType, QString key, QString comment,
-    std::optional<KnownHostMarker> marker = std::nullopt, bool isCommentedOut = false)
+KnownHostsRecord entryRecord(const QStringList& hosts, const QString& keyType, const QString& key,
+    const QString& comment, std::optional<KnownHostMarker> marker = std::nullopt, bool isCommentedOut = false)
 {
-    return KnownHostsRecord(KnownHostsRecordKind::fromEntry(KnownHostEntry(createRandomUuid(), 1, marker,
-        std::move(hosts), std::move(keyType), std::move(key), std::move(comment), false, isCommentedOut)));
+    return KnownHostsRecord(KnownHostsRecordKind::fromEntry(
+        KnownHostEntry(createRandomUuid(), 1, marker, hosts, keyType, key, comment, false, isCommentedOut)));
 }
 } // namespace
 

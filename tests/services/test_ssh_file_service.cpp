@@ -29,7 +29,7 @@ SSHFileService serviceIn(const QString& directory, FileManager fileManager = Fil
 }
 
 // The writer a misbehaving disk or a racing process amounts to: what lands is not what was asked for.
-FileManager landingWriter(std::function<QByteArray(const QByteArray&)> alter)
+FileManager landingWriter(const std::function<QByteArray(const QByteArray&)>& alter)
 {
     return FileManager(
         [alter](const QString& path, const QByteArray& bytes) { FileManager::writeWithSaveFile(path, alter(bytes)); });

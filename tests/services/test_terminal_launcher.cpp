@@ -153,7 +153,7 @@ private slots:
         QVERIFY(!(base == other));
         QVERIFY(base != other);
         QCOMPARE(QSet<TerminalApp>({ base, other }).size(), 2);
-        const TerminalApp copy = other;
+        const TerminalApp copy = other; // NOLINT(performance-unnecessary-copy-initialization): the copy is under test
         QCOMPARE(copy, other);
         QCOMPARE(qHash(copy, 7), qHash(other, 7));
     }

@@ -10,7 +10,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <signal.h>
+#include <signal.h> // NOLINT(modernize-deprecated-headers): kill() is POSIX, and only <signal.h> declares it
 
 using namespace Qt::StringLiterals;
 

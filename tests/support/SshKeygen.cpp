@@ -90,7 +90,7 @@ QString SshKeygen::ecdsaSkPublicKey()
 
 QString SshKeygen::writeFile(const QString& name, const QString& text) const
 {
-    const QString path = filePath(name);
+    QString path = filePath(name);
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(text.toUtf8()) < 0)
         return {};

@@ -115,7 +115,7 @@ bool DesktopEntry::isTrue(const QString& key) const
 QString DesktopEntry::messagesLocaleName()
 {
     for (const char* variable : { "LC_ALL", "LC_MESSAGES", "LANG" }) {
-        const QString name = qEnvironmentVariable(variable);
+        QString name = qEnvironmentVariable(variable);
         if (!name.isEmpty())
             return name;
     }
