@@ -77,7 +77,7 @@ std::vector<char> KnownHostsFilterModel::acceptedRows(
             if ((narrowing && !shown[row]) || (widening && shown[row]))
                 accepted[row] = shown[row];
             else
-                accepted[row] = accepts(static_cast<int>(row));
+                accepted[row] = accepts(static_cast<int>(row)) ? 1 : 0;
         }
         return accepted;
     }
@@ -90,14 +90,14 @@ std::vector<char> KnownHostsFilterModel::acceptedRows(
         accepted = shown;
         for (size_t row = 0; row < accepted.size(); ++row) {
             if (narrowing == (shown[row] != 0))
-                accepted[row] = m_searchText.rowContains(static_cast<qsizetype>(row), query);
+                accepted[row] = m_searchText.rowContains(static_cast<qsizetype>(row), query) ? 1 : 0;
         }
     } else {
         accepted = m_searchText.rowsContaining(query);
     }
     if (m_lookup) {
         for (size_t row = 0; row < accepted.size(); ++row)
-            accepted[row] = accepted[row] && m_lookup->contains(m_source.entryAt(static_cast<int>(row)).id());
+            accepted[row] = accepted[row] && m_lookup->contains(m_source.entryAt(static_cast<int>(row)).id()) ? 1 : 0;
     }
     return accepted;
 }

@@ -117,7 +117,7 @@ std::vector<char> KnownHostsSearchText::rowsContaining(const QByteArray& query) 
     std::vector<char> found(m_rows.size(), 0);
     if (!m_inRowOrder) {
         for (size_t row = 0; row < found.size(); ++row)
-            found[row] = rowContains(static_cast<qsizetype>(row), query);
+            found[row] = rowContains(static_cast<qsizetype>(row), query) ? 1 : 0;
         return found;
     }
     const std::string_view text(m_text.constData(), static_cast<size_t>(m_text.size()));
