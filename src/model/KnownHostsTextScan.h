@@ -5,54 +5,45 @@
 #include <QStringView>
 
 #include <algorithm>
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include <cstring>
 
 /// Fast searches for line breaks and white space in known_hosts text. Files run to hundreds
 /// of thousands of lines of long base64 keys, so the searches first skip whole blocks of characters
-/// that cannot match (eight at a time with SSE2, one by one elsewhere) and only then look closely.
+/// that cannot match and only then look closely. The blocks are GCC/Clang vector types, which the
+/// compiler turns into SSE2 on x86 and NEON on ARM from this one piece of code.
 namespace KnownHostsTextScan
 {
 namespace Detail
 {
 constexpr qsizetype blockSize = 8;
 
+using Block = char16_t __attribute__((vector_size(blockSize * sizeof(char16_t))));
+
+// For every character of the block at text, all ones where it lies outside (low, high), else zero.
+inline Block candidates(const char16_t* text, char16_t low, char16_t high)
+{
+    Block block;
+    std::memcpy(&block, text, sizeof block);
+    return reinterpret_cast<Block>((block <= low) | (block >= high));
+}
+
+inline bool any(Block lanes)
+{
+    quint64 words[2];
+    static_assert(sizeof words == sizeof lanes);
+    std::memcpy(words, &lanes, sizeof words);
+    return (words[0] | words[1]) != 0;
+}
+
 // Skips whole blocks in which every character lies strictly between low and high.
 inline qsizetype skipBlocks(const char16_t* text, qsizetype from, qsizetype end, char16_t low, char16_t high)
 {
-#if defined(__SSE2__)
-    const __m128i lowBound = _mm_set1_epi16(static_cast<short>(low));
-    const __m128i highBound = _mm_set1_epi16(static_cast<short>(high));
-    const __m128i zero = _mm_setzero_si128();
-    // Unsigned saturating subtraction gives zero exactly where c <= low, or where c >= high.
-    const auto candidates = [&](qsizetype at) {
-        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + at));
-        return _mm_or_si128(_mm_cmpeq_epi16(_mm_subs_epu16(block, lowBound), zero),
-            _mm_cmpeq_epi16(_mm_subs_epu16(highBound, block), zero));
-    };
     // Two blocks per test: keys run to hundreds of characters between two candidates.
-    while (end - from >= 2 * blockSize) {
-        if (_mm_movemask_epi8(_mm_or_si128(candidates(from), candidates(from + blockSize))) != 0)
-            break;
+    while (end - from >= 2 * blockSize
+        && !any(candidates(text + from, low, high) | candidates(text + from + blockSize, low, high)))
         from += 2 * blockSize;
-    }
-    while (end - from >= blockSize) {
-        if (_mm_movemask_epi8(candidates(from)) != 0)
-            break;
+    while (end - from >= blockSize && !any(candidates(text + from, low, high)))
         from += blockSize;
-    }
-#else
-    while (end - from >= blockSize) {
-        bool candidate = false;
-        for (qsizetype i = 0; i < blockSize; ++i)
-            candidate |= (text[from + i] <= low) | (text[from + i] >= high);
-        if (candidate)
-            break;
-        from += blockSize;
-    }
-#endif
     return from;
 }
 } // namespace Detail
