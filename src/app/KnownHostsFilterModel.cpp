@@ -15,10 +15,7 @@ KnownHostsFilterModel::KnownHostsFilterModel(KnownHostsModel& source, QObject* p
     , m_source(source)
 {
     const SSHConfigViewModel* viewModel = &source.viewModel();
-    m_query = viewModel->knownHostsSearchQuery();
-    m_searchableQuery = KnownHostsSearchText::searchableQuery(m_query);
-    m_fingerprintQuery = viewModel->knownHostsFingerprintQuery();
-    m_lookup = currentLookup();
+    adoptSearch(viewModel->knownHostsSearchQuery(), viewModel->knownHostsFingerprintQuery(), currentLookup());
     rebuildSearchText();
     m_sourceRows = keptRows(acceptedRows(std::vector<char>(static_cast<size_t>(source.rowCount())), false, false));
     setSourceModel(&source);
@@ -180,11 +177,13 @@ void KnownHostsFilterModel::sourceDataChanged(
 
 void KnownHostsFilterModel::sourceAboutToBeRebuilt()
 {
+    m_sourceRebuilding = true;
     beginResetModel();
 }
 
 void KnownHostsFilterModel::sourceRebuilt()
 {
+    m_sourceRebuilding = false;
     rebuildSearchText();
     m_sourceRows = keptRows(acceptedRows(std::vector<char>(static_cast<size_t>(m_source.rowCount())), false, false));
     endResetModel();
@@ -244,6 +243,12 @@ void KnownHostsFilterModel::refilter()
     std::optional<QSet<QUuid>> lookup = currentLookup();
     if (query == m_query && fingerprintQuery == m_fingerprintQuery && lookup == m_lookup)
         return;
+    // A reload tells the view model's own listeners first, and they may end or renew the lookup while
+    // the source still maps its rows into the old document: the rows wait for the source's reset.
+    if (m_sourceRebuilding) {
+        adoptSearch(query, fingerprintQuery, std::move(lookup));
+        return;
+    }
     const std::vector<char> shown = shownSourceRows();
     // A longer query can only hide rows and a shorter one only show them, so typing on tests just
     // the rows still shown and deleting tests just the hidden ones. A fingerprint is matched by its
@@ -251,10 +256,7 @@ void KnownHostsFilterModel::refilter()
     const bool sameKind = m_fingerprintQuery.isEmpty() == fingerprintQuery.isEmpty() && lookup == m_lookup;
     const bool narrowing = sameKind && query.contains(m_query) && fingerprintQuery.startsWith(m_fingerprintQuery);
     const bool widening = sameKind && m_query.contains(query) && m_fingerprintQuery.startsWith(fingerprintQuery);
-    m_query = query;
-    m_searchableQuery = KnownHostsSearchText::searchableQuery(m_query);
-    m_fingerprintQuery = fingerprintQuery;
-    m_lookup = std::move(lookup);
+    adoptSearch(query, fingerprintQuery, std::move(lookup));
     const std::vector<char> accepted = acceptedRows(shown, narrowing, widening);
     if (changedRuns(shown, accepted) <= maximumRunsAnnouncedRowByRow) {
         const int last = static_cast<int>(accepted.size()) - 1;
@@ -265,6 +267,15 @@ void KnownHostsFilterModel::refilter()
         m_sourceRows = keptRows(accepted);
         endResetModel();
     }
+}
+
+void KnownHostsFilterModel::adoptSearch(
+    const QString& query, const QString& fingerprintQuery, std::optional<QSet<QUuid>> lookup)
+{
+    m_query = query;
+    m_searchableQuery = KnownHostsSearchText::searchableQuery(m_query);
+    m_fingerprintQuery = fingerprintQuery;
+    m_lookup = std::move(lookup);
 }
 
 std::vector<char> KnownHostsFilterModel::acceptedRows(

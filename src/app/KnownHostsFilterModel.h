@@ -53,6 +53,7 @@ private:
     void sourceRebuilt();
 
     void refilter();
+    void adoptSearch(const QString& query, const QString& fingerprintQuery, std::optional<QSet<QUuid>> lookup);
     bool accepts(int sourceRow) const;
     /// For every source row, whether the current query and lookup keep it; shown is what this model
     /// shows now, and narrowing or widening whether the query only narrows or widens the last one.
@@ -79,6 +80,9 @@ private:
     std::vector<int> m_sourceRows;
     /// The rows of this model that a removal announced by the source takes away, begin and end.
     std::optional<std::pair<int, int>> m_pendingRemoval;
+    /// Between the source's announcement of a reset (or move) and the reset itself, when its rows
+    /// cannot be read.
+    bool m_sourceRebuilding = false;
     QString m_query;
     QString m_fingerprintQuery;
     /// m_query as m_searchText answers it, or nothing when the entries themselves must be asked.
