@@ -7,6 +7,7 @@
 #include <QSet>
 
 #include <optional>
+#include <utility>
 #include <vector>
 
 /// The known_hosts list as the known_hosts tab shows it: the rows of a KnownHostsModel that the view
