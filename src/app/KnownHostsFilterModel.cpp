@@ -1,5 +1,7 @@
 #include "KnownHostsFilterModel.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -9,28 +11,228 @@ constexpr qsizetype maximumRunsAnnouncedRowByRow = 32;
 } // namespace
 
 KnownHostsFilterModel::KnownHostsFilterModel(KnownHostsModel& source, QObject* parent)
-    : QSortFilterProxyModel(parent)
+    : QAbstractProxyModel(parent)
     , m_source(source)
 {
-    // Before the proxy's own connections, so that the search text is current when it asks a
-    // changed or inserted row.
-    followSourceRows();
-    rebuildSearchText();
-    setSourceModel(&source);
-    setDynamicSortFilter(true);
     const SSHConfigViewModel* viewModel = &source.viewModel();
-    m_query = viewModel->knownHostsSearchQuery();
-    m_searchableQuery = KnownHostsSearchText::searchableQuery(m_query);
-    m_fingerprintQuery = viewModel->knownHostsFingerprintQuery();
-    m_lookup = currentLookup();
+    adoptSearch(viewModel->knownHostsSearchQuery(), viewModel->knownHostsFingerprintQuery(), currentLookup());
+    rebuildSearchText();
+    m_sourceRows = keptRows(acceptedRows(std::vector<char>(static_cast<size_t>(source.rowCount())), false, false));
+    setSourceModel(&source);
+    followSource();
     connect(viewModel, &SSHConfigViewModel::knownHostsSearchTextChanged, this, &KnownHostsFilterModel::refilter);
     connect(viewModel, &SSHConfigViewModel::knownHostLookupChanged, this, &KnownHostsFilterModel::refilter);
-    connect(&source, &QAbstractItemModel::rowsInserted, this, &KnownHostsFilterModel::forgetShownRows);
-    connect(&source, &QAbstractItemModel::rowsRemoved, this, &KnownHostsFilterModel::forgetShownRows);
-    connect(&source, &QAbstractItemModel::rowsMoved, this, &KnownHostsFilterModel::forgetShownRows);
-    connect(&source, &QAbstractItemModel::dataChanged, this, &KnownHostsFilterModel::forgetShownRows);
-    connect(&source, &QAbstractItemModel::layoutChanged, this, &KnownHostsFilterModel::forgetShownRows);
-    connect(&source, &QAbstractItemModel::modelReset, this, &KnownHostsFilterModel::forgetShownRows);
+}
+
+QModelIndex KnownHostsFilterModel::index(int row, int column, const QModelIndex& parent) const
+{
+    if (parent.isValid() || column != 0 || row < 0 || static_cast<size_t>(row) >= m_sourceRows.size())
+        return {};
+    return createIndex(row, column);
+}
+
+QModelIndex KnownHostsFilterModel::parent(const QModelIndex& child) const
+{
+    Q_UNUSED(child)
+    return {};
+}
+
+QModelIndex KnownHostsFilterModel::sibling(int row, int column, const QModelIndex& index) const
+{
+    return index.isValid() ? this->index(row, column) : QModelIndex();
+}
+
+int KnownHostsFilterModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_sourceRows.size());
+}
+
+int KnownHostsFilterModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : 1;
+}
+
+bool KnownHostsFilterModel::hasChildren(const QModelIndex& parent) const
+{
+    return !parent.isValid() && !m_sourceRows.empty();
+}
+
+QModelIndex KnownHostsFilterModel::mapToSource(const QModelIndex& proxyIndex) const
+{
+    if (!proxyIndex.isValid() || proxyIndex.model() != this)
+        return {};
+    return m_source.index(m_sourceRows[static_cast<size_t>(proxyIndex.row())]);
+}
+
+QModelIndex KnownHostsFilterModel::mapFromSource(const QModelIndex& sourceIndex) const
+{
+    if (!sourceIndex.isValid() || sourceIndex.model() != &m_source)
+        return {};
+    const int row = firstRowFrom(sourceIndex.row());
+    if (static_cast<size_t>(row) == m_sourceRows.size() || m_sourceRows[static_cast<size_t>(row)] != sourceIndex.row())
+        return {};
+    return createIndex(row, 0);
+}
+
+int KnownHostsFilterModel::rowOf(const QUuid& id) const
+{
+    const int row = m_source.rowOf(id);
+    return row < 0 ? -1 : mapFromSource(m_source.index(row)).row();
+}
+
+int KnownHostsFilterModel::firstRowFrom(int sourceRow) const
+{
+    return static_cast<int>(
+        std::lower_bound(m_sourceRows.cbegin(), m_sourceRows.cend(), sourceRow) - m_sourceRows.cbegin());
+}
+
+void KnownHostsFilterModel::followSource()
+{
+    const QAbstractItemModel* source = &m_source;
+    connect(source, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex& parent, int first, int last) {
+        if (!parent.isValid())
+            sourceRowsInserted(first, last);
+    });
+    connect(source, &QAbstractItemModel::rowsAboutToBeRemoved, this,
+        [this](const QModelIndex& parent, int first, int last) {
+            if (!parent.isValid())
+                sourceRowsAboutToBeRemoved(first, last);
+        });
+    connect(source, &QAbstractItemModel::rowsRemoved, this, [this](const QModelIndex& parent, int first, int last) {
+        if (!parent.isValid())
+            sourceRowsRemoved(first, last);
+    });
+    connect(source, &QAbstractItemModel::dataChanged, this, &KnownHostsFilterModel::sourceDataChanged);
+    // Whatever else reorders the source is rare enough to start over.
+    connect(source, &QAbstractItemModel::modelAboutToBeReset, this, &KnownHostsFilterModel::sourceAboutToBeRebuilt);
+    connect(source, &QAbstractItemModel::modelReset, this, &KnownHostsFilterModel::sourceRebuilt);
+    connect(source, &QAbstractItemModel::layoutAboutToBeChanged, this, &KnownHostsFilterModel::sourceAboutToBeRebuilt);
+    connect(source, &QAbstractItemModel::layoutChanged, this, &KnownHostsFilterModel::sourceRebuilt);
+    connect(source, &QAbstractItemModel::rowsAboutToBeMoved, this, &KnownHostsFilterModel::sourceAboutToBeRebuilt);
+    connect(source, &QAbstractItemModel::rowsMoved, this, &KnownHostsFilterModel::sourceRebuilt);
+}
+
+void KnownHostsFilterModel::sourceRowsInserted(int first, int last)
+{
+    for (int row = first; row <= last; ++row)
+        m_searchText.insert(row, m_source.entryAt(row));
+    const int count = last - first + 1;
+    for (auto it = m_sourceRows.begin() + firstRowFrom(first); it != m_sourceRows.end(); ++it)
+        *it += count;
+    std::vector<char> accepted(static_cast<size_t>(count));
+    for (int row = first; row <= last; ++row)
+        accepted[static_cast<size_t>(row - first)] = accepts(row) ? 1 : 0;
+    insertAccepted(first, last, accepted);
+}
+
+// The rows go while the source still has them, as the views expect, and the mapping follows once
+// the source has let them go.
+void KnownHostsFilterModel::sourceRowsAboutToBeRemoved(int first, int last)
+{
+    const int begin = firstRowFrom(first);
+    const int end = firstRowFrom(last + 1);
+    if (begin == end)
+        return;
+    m_pendingRemoval = std::pair(begin, end);
+    beginRemoveRows({}, begin, end - 1);
+}
+
+void KnownHostsFilterModel::sourceRowsRemoved(int first, int last)
+{
+    m_searchText.remove(first, last - first + 1);
+    auto later = m_sourceRows.begin() + firstRowFrom(first);
+    if (m_pendingRemoval)
+        later = m_sourceRows.erase(
+            m_sourceRows.begin() + m_pendingRemoval->first, m_sourceRows.begin() + m_pendingRemoval->second);
+    const int count = last - first + 1;
+    for (auto it = later; it != m_sourceRows.end(); ++it)
+        *it -= count;
+    if (!m_pendingRemoval)
+        return;
+    m_pendingRemoval.reset();
+    endRemoveRows();
+}
+
+// As a dynamically filtering proxy does: rows that no longer match go, the ones that stay are
+// changed, then rows that now match come in.
+void KnownHostsFilterModel::sourceDataChanged(
+    const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles)
+{
+    if (!topLeft.isValid() || !bottomRight.isValid() || topLeft.parent().isValid())
+        return;
+    const int first = topLeft.row();
+    const int last = bottomRight.row();
+    std::vector<char> accepted(static_cast<size_t>(last - first + 1));
+    for (int row = first; row <= last; ++row) {
+        m_searchText.replace(row, m_source.entryAt(row));
+        accepted[static_cast<size_t>(row - first)] = accepts(row) ? 1 : 0;
+    }
+    removeRejected(first, last, accepted);
+    const int begin = firstRowFrom(first);
+    const int end = firstRowFrom(last + 1);
+    if (begin < end)
+        Q_EMIT dataChanged(index(begin, 0), index(end - 1, 0), roles);
+    insertAccepted(first, last, accepted);
+}
+
+void KnownHostsFilterModel::sourceAboutToBeRebuilt()
+{
+    m_sourceRebuilding = true;
+    beginResetModel();
+}
+
+void KnownHostsFilterModel::sourceRebuilt()
+{
+    m_sourceRebuilding = false;
+    rebuildSearchText();
+    m_sourceRows = keptRows(acceptedRows(std::vector<char>(static_cast<size_t>(m_source.rowCount())), false, false));
+    endResetModel();
+}
+
+void KnownHostsFilterModel::removeRejected(int first, int last, const std::vector<char>& accepted)
+{
+    const auto rejected = [&](int row) {
+        const int sourceRow = m_sourceRows[static_cast<size_t>(row)];
+        return sourceRow <= last && !accepted[static_cast<size_t>(sourceRow - first)];
+    };
+    int row = firstRowFrom(first);
+    while (static_cast<size_t>(row) < m_sourceRows.size() && m_sourceRows[static_cast<size_t>(row)] <= last) {
+        if (!rejected(row)) {
+            ++row;
+            continue;
+        }
+        int end = row + 1;
+        while (static_cast<size_t>(end) < m_sourceRows.size() && rejected(end))
+            ++end;
+        beginRemoveRows({}, row, end - 1);
+        m_sourceRows.erase(m_sourceRows.begin() + row, m_sourceRows.begin() + end);
+        endRemoveRows();
+    }
+}
+
+void KnownHostsFilterModel::insertAccepted(int first, int last, const std::vector<char>& accepted)
+{
+    int row = firstRowFrom(first);
+    std::vector<int> run;
+    const auto insertRun = [&] {
+        if (run.empty())
+            return;
+        const int count = static_cast<int>(run.size());
+        beginInsertRows({}, row, row + count - 1);
+        m_sourceRows.insert(m_sourceRows.begin() + row, run.cbegin(), run.cend());
+        endInsertRows();
+        row += count;
+        run.clear();
+    };
+    for (int sourceRow = first; sourceRow <= last; ++sourceRow) {
+        if (static_cast<size_t>(row) < m_sourceRows.size() && m_sourceRows[static_cast<size_t>(row)] == sourceRow) {
+            insertRun();
+            ++row;
+        } else if (accepted[static_cast<size_t>(sourceRow - first)]) {
+            run.push_back(sourceRow);
+        }
+    }
+    insertRun();
 }
 
 void KnownHostsFilterModel::refilter()
@@ -41,6 +243,12 @@ void KnownHostsFilterModel::refilter()
     std::optional<QSet<QUuid>> lookup = currentLookup();
     if (query == m_query && fingerprintQuery == m_fingerprintQuery && lookup == m_lookup)
         return;
+    // A reload tells the view model's own listeners first, and they may end or renew the lookup while
+    // the source still maps its rows into the old document: the rows wait for the source's reset.
+    if (m_sourceRebuilding) {
+        adoptSearch(query, fingerprintQuery, std::move(lookup));
+        return;
+    }
     const std::vector<char> shown = shownSourceRows();
     // A longer query can only hide rows and a shorter one only show them, so typing on tests just
     // the rows still shown and deleting tests just the hidden ones. A fingerprint is matched by its
@@ -48,22 +256,26 @@ void KnownHostsFilterModel::refilter()
     const bool sameKind = m_fingerprintQuery.isEmpty() == fingerprintQuery.isEmpty() && lookup == m_lookup;
     const bool narrowing = sameKind && query.contains(m_query) && fingerprintQuery.startsWith(m_fingerprintQuery);
     const bool widening = sameKind && m_query.contains(query) && m_fingerprintQuery.startsWith(fingerprintQuery);
+    adoptSearch(query, fingerprintQuery, std::move(lookup));
+    const std::vector<char> accepted = acceptedRows(shown, narrowing, widening);
+    if (changedRuns(shown, accepted) <= maximumRunsAnnouncedRowByRow) {
+        const int last = static_cast<int>(accepted.size()) - 1;
+        removeRejected(0, last, accepted);
+        insertAccepted(0, last, accepted);
+    } else {
+        beginResetModel();
+        m_sourceRows = keptRows(accepted);
+        endResetModel();
+    }
+}
+
+void KnownHostsFilterModel::adoptSearch(
+    const QString& query, const QString& fingerprintQuery, std::optional<QSet<QUuid>> lookup)
+{
     m_query = query;
     m_searchableQuery = KnownHostsSearchText::searchableQuery(m_query);
     m_fingerprintQuery = fingerprintQuery;
     m_lookup = std::move(lookup);
-    std::vector<char> accepted = acceptedRows(shown, narrowing, widening);
-    m_accepted = &accepted;
-    if (changedRuns(shown, accepted) <= maximumRunsAnnouncedRowByRow) {
-        invalidateFilter();
-    } else {
-        beginResetModel();
-        endResetModel();
-        // Builds the new mapping now, while the answers are at hand.
-        rowCount();
-    }
-    m_accepted = nullptr;
-    m_shown = std::move(accepted);
 }
 
 std::vector<char> KnownHostsFilterModel::acceptedRows(
@@ -104,13 +316,21 @@ std::vector<char> KnownHostsFilterModel::acceptedRows(
 
 std::vector<char> KnownHostsFilterModel::shownSourceRows() const
 {
-    if (m_shown.size() == static_cast<size_t>(m_source.rowCount()))
-        return m_shown;
     std::vector<char> shown(static_cast<size_t>(m_source.rowCount()), 0);
-    const int rows = rowCount();
-    for (int row = 0; row < rows; ++row)
-        shown[static_cast<size_t>(mapToSource(index(row, 0)).row())] = 1;
+    for (const int sourceRow : m_sourceRows)
+        shown[static_cast<size_t>(sourceRow)] = 1;
     return shown;
+}
+
+std::vector<int> KnownHostsFilterModel::keptRows(const std::vector<char>& accepted)
+{
+    std::vector<int> rows;
+    rows.reserve(static_cast<size_t>(std::count(accepted.cbegin(), accepted.cend(), 1)));
+    for (size_t row = 0; row < accepted.size(); ++row) {
+        if (accepted[row])
+            rows.push_back(static_cast<int>(row));
+    }
+    return rows;
 }
 
 qsizetype KnownHostsFilterModel::changedRuns(const std::vector<char>& shown, const std::vector<char>& accepted)
@@ -126,15 +346,6 @@ qsizetype KnownHostsFilterModel::changedRuns(const std::vector<char>& shown, con
     return runs;
 }
 
-bool KnownHostsFilterModel::filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const
-{
-    if (sourceParent.isValid())
-        return false;
-    if (m_accepted && static_cast<size_t>(sourceRow) < m_accepted->size())
-        return m_accepted->at(static_cast<size_t>(sourceRow)) != 0;
-    return accepts(sourceRow);
-}
-
 bool KnownHostsFilterModel::accepts(int sourceRow) const
 {
     if (m_lookup && !m_lookup->contains(m_source.entryAt(sourceRow).id()))
@@ -144,24 +355,6 @@ bool KnownHostsFilterModel::accepts(int sourceRow) const
             m_source.entryAt(sourceRow), m_query, m_fingerprintQuery);
     return m_searchableQuery->isEmpty() || m_searchText.rowContains(sourceRow, *m_searchableQuery)
         || SSHConfigViewModel::knownHostEntryMatchesFingerprint(m_source.entryAt(sourceRow), m_fingerprintQuery);
-}
-
-void KnownHostsFilterModel::followSourceRows()
-{
-    connect(&m_source, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex&, int first, int last) {
-        for (int row = first; row <= last; ++row)
-            m_searchText.insert(row, m_source.entryAt(row));
-    });
-    connect(&m_source, &QAbstractItemModel::rowsRemoved, this,
-        [this](const QModelIndex&, int first, int last) { m_searchText.remove(first, last - first + 1); });
-    connect(&m_source, &QAbstractItemModel::dataChanged, this,
-        [this](const QModelIndex& topLeft, const QModelIndex& bottomRight) {
-            for (int row = topLeft.row(); row <= bottomRight.row(); ++row)
-                m_searchText.replace(row, m_source.entryAt(row));
-        });
-    connect(&m_source, &QAbstractItemModel::modelReset, this, &KnownHostsFilterModel::rebuildSearchText);
-    connect(&m_source, &QAbstractItemModel::layoutChanged, this, &KnownHostsFilterModel::rebuildSearchText);
-    connect(&m_source, &QAbstractItemModel::rowsMoved, this, &KnownHostsFilterModel::rebuildSearchText);
 }
 
 void KnownHostsFilterModel::rebuildSearchText()
@@ -182,10 +375,4 @@ std::optional<QSet<QUuid>> KnownHostsFilterModel::currentLookup() const
     if (!lookup)
         return std::nullopt;
     return QSet<QUuid>(lookup->entryIDs.cbegin(), lookup->entryIDs.cend());
-}
-
-int KnownHostsFilterModel::rowOf(const QUuid& id) const
-{
-    const int row = m_source.rowOf(id);
-    return row < 0 ? -1 : mapFromSource(m_source.index(row)).row();
 }
