@@ -430,9 +430,9 @@ public:
     /// entry for the others, where ssh-keygen -R would delete the whole line. Refused, with a sentence, for
     /// the only host of an entry (that is deleteSelectedKnownHostEntry()) or an index outside the hosts.
     void removeHostFromSelectedKnownHostEntry(qsizetype hostIndex);
-    /// Sets every entry's lineNumber to its record's position plus one; true, after announcing the
-    /// change, when any entry had another number.
-    bool renumberKnownHostEntries();
+    /// Sets the lineNumber of every entry from record position from on to its position plus one; true,
+    /// after announcing the change, when any entry had another number.
+    bool renumberKnownHostEntries(qsizetype from = 0);
     /// The position of the record holding the entry with that id, or nothing.
     std::optional<qsizetype> indexOfKnownHostRecord(const QUuid& entryID) const;
     /// Alias, host name, user and port for a config host made from the entry, or nothing when the

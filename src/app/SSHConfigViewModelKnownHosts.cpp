@@ -157,10 +157,11 @@ void SSHConfigViewModel::deleteSelectedKnownHostEntry()
     m_knownHostsDocument.records().removeAt(*position);
     Q_EMIT knownHostRecordRemoved(*position);
     setKnownHostsDirty(true);
-    // Renumbering announces the change itself when any entry followed the removed one.
-    if (!renumberKnownHostEntries())
+    // Only the records after the removed one move. Renumbering announces the change itself when any
+    // entry followed it.
+    if (!renumberKnownHostEntries(*position))
         Q_EMIT knownHostsDocumentChanged();
-    updateKnownHostsEntryCount();
+    change(m_knownHostsEntryCount, m_knownHostsEntryCount - 1, &SSHConfigViewModel::knownHostsEntryCountChanged);
     ensureValidKnownHostSelection();
     recordKnownHostsRecordChange(
         u"Entry verwijderen"_s, u"Entry verwijderd"_s, *position, removed, std::nullopt, viewBefore);
@@ -192,12 +193,12 @@ void SSHConfigViewModel::removeHostFromSelectedKnownHostEntry(qsizetype hostInde
         setStatusMessage(u"Host "_s + removed + u" verwijderd uit deze known_hosts entry."_s);
 }
 
-bool SSHConfigViewModel::renumberKnownHostEntries()
+bool SSHConfigViewModel::renumberKnownHostEntries(qsizetype from)
 {
     QList<KnownHostsRecord>& records = m_knownHostsDocument.records();
     qsizetype first = std::numeric_limits<qsizetype>::max();
     qsizetype last = -1;
-    for (qsizetype i = 0; i < records.size(); ++i) {
+    for (qsizetype i = from; i < records.size(); ++i) {
         // Reading through a const reference first keeps an untouched list from detaching.
         const KnownHostEntry* current = std::as_const(records).at(i).kind().entry();
         const int lineNumber = static_cast<int>(i + 1);
