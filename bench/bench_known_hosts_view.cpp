@@ -11,12 +11,12 @@
 
 #include <QApplication>
 
+#include <QAbstractItemView>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QListView>
 #include <QTemporaryDir>
 #include <optional>
 
@@ -50,7 +50,7 @@ struct Setup
         view->resize(1100, 700);
         view->show();
         search = view->findChild<QLineEdit*>(u"knownHostsSearchField"_s);
-        list = view->findChild<QListView*>(u"knownHostsList"_s);
+        list = view->findChild<QAbstractItemView*>(u"knownHostsList"_s);
         detail = view->findChild<QWidget*>(u"knownHostDetailView"_s);
         QApplication::processEvents();
     }
@@ -76,7 +76,7 @@ struct Setup
     std::unique_ptr<SSHConfigViewModel> viewModel;
     std::unique_ptr<KnownHostsView> view;
     QLineEdit* search = nullptr;
-    QListView* list = nullptr;
+    QAbstractItemView* list = nullptr;
     QWidget* detail = nullptr;
 };
 

@@ -16,7 +16,6 @@
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -84,7 +83,7 @@ QWidget* KnownHostsView::buildHeader()
     return header;
 }
 
-QListView* KnownHostsView::buildList()
+UniformRowListView* KnownHostsView::buildList()
 {
     // With a hundred thousand entries, one row height for all is what keeps scrolling, filtering
     // and changing an entry smooth.

@@ -8,7 +8,7 @@ class KnownHostsModel;
 class QItemSelection;
 class QLabel;
 class QLineEdit;
-class QListView;
+class UniformRowListView;
 class SSHConfigViewModel;
 
 /// The known_hosts tab: a searchable list of the file's entries beside a detail pane for the selected
@@ -32,7 +32,7 @@ public:
 
 private:
     QWidget* buildHeader();
-    QListView* buildList();
+    UniformRowListView* buildList();
     void followRowChanges();
     void connectToViewModel();
     void showSearchText();
@@ -45,7 +45,7 @@ private:
     KnownHostsFilterModel* m_filter;
     QLineEdit* m_searchField = nullptr;
     QLabel* m_count = nullptr;
-    QListView* m_list = nullptr;
+    UniformRowListView* m_list = nullptr;
     KnownHostDetailView* m_detail = nullptr;
     /// Set while the list is being brought in line with the view model, so it is not written back.
     bool m_showingSelection = false;

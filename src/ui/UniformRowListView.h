@@ -1,12 +1,13 @@
 #pragma once
 
-#include <QListView>
+#include <QTableView>
 
-/// A list whose rows all have the same size (uniformItemSizes), for lists of 100,000 rows.
+/// A list of 100,000 rows of one height: a one-column table without headers or grid.
 ///
-/// QListView lays out every row again after any change of an item's data, in case its size
-/// changed; with uniform sizes it cannot have, so a changed row here only repaints.
-class UniformRowListView : public QListView
+/// QListView keeps a position for every row and computes them all again after a row is inserted or
+/// removed, milliseconds at that size; a table with rows of a fixed height finds a row's position
+/// from its number. The row height is what the item delegate asks for.
+class UniformRowListView : public QTableView
 {
     Q_OBJECT
 
@@ -14,5 +15,10 @@ public:
     explicit UniformRowListView(QWidget* parent = nullptr);
 
 protected:
-    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles) override;
+    QModelIndex moveCursor(CursorAction cursorAction, Qt::KeyboardModifiers modifiers) override;
+    void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void adoptDelegateRowHeight();
 };

@@ -8,12 +8,12 @@
 #include "WidgetHelpers.h"
 #include "WindowFixture.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QPushButton>
 #include <QTest>
 
@@ -89,7 +89,7 @@ private Q_SLOTS:
     void lookupFieldFiltersTheList()
     {
         Fixture f(u"web-1 "_s + m_key + u"\n[web-1]:2222 "_s + m_key + u"\ndb-1 "_s + m_key + u"\n"_s);
-        auto* list = f.find<QListView>(u"knownHostsList"_s);
+        auto* list = f.find<QAbstractItemView>(u"knownHostsList"_s);
         QCOMPARE(list->model()->rowCount(), 3);
         QVERIFY(!f.find<QPushButton>(u"knownHostLookupClearButton"_s)->isVisible());
         QLineEdit* field = f.find<QLineEdit>(u"knownHostLookupField"_s);
@@ -165,7 +165,7 @@ private Q_SLOTS:
         link->click();
         QCOMPARE(vm.activeEditorTab(), SSHConfigViewModel::EditorTab::knownHosts);
         QCOMPARE(selectedEntryHostOf(vm), u"web-1"_s);
-        QCOMPARE(child<QListView>(window, u"knownHostsList"_s)->model()->rowCount(), 1);
+        QCOMPARE(child<QAbstractItemView>(window, u"knownHostsList"_s)->model()->rowCount(), 1);
         QPushButton* back = nullptr;
         QTRY_VERIFY((back = window.findChild<QPushButton*>(u"knownHostConfigHost0"_s)) && back->isVisible());
         QCOMPARE(back->text(), u"web"_s);

@@ -9,10 +9,10 @@
 #include "WidgetHelpers.h"
 #include "WindowFixture.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QPushButton>
 #include <QTest>
 
@@ -50,7 +50,7 @@ struct Fixture
 
     template<typename T> T* find(const QString& objectName) const { return child<T>(*view, objectName); }
 
-    QListView* list() const { return find<QListView>(u"knownHostsList"_s); }
+    QAbstractItemView* list() const { return find<QAbstractItemView>(u"knownHostsList"_s); }
     void selectRow(int row) const { clickRow(*list(), row); }
     QString selectedFirstHost() const
     {
@@ -128,6 +128,45 @@ private Q_SLOTS:
         QCOMPARE(fixture.find<QWidget>(u"knownHostCommentSection"_s)->isVisible(), !comment.isEmpty());
         if (!comment.isEmpty())
             QCOMPARE(fixture.find<QLabel>(u"knownHostCommentText"_s)->text(), comment);
+    }
+
+    // The list is a table underneath; the keys must still move through it as through a list.
+    void keysMoveThroughTheListAsThroughAList_data()
+    {
+        QTest::addColumn<int>("startRow");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("expectedRow");
+        QTest::addColumn<QString>("expectedHost");
+        QTest::newRow("Down") << 0 << int(Qt::Key_Down) << 1 << u"*.corp.example.com"_s;
+        QTest::newRow("Up") << 2 << int(Qt::Key_Up) << 1 << u"*.corp.example.com"_s;
+        QTest::newRow("End") << 1 << int(Qt::Key_End) << 4 << hashedHost;
+        QTest::newRow("Home") << 3 << int(Qt::Key_Home) << 0 << u"github.com"_s;
+        QTest::newRow("Right stays") << 2 << int(Qt::Key_Right) << 2 << u"[build.example.com]:2222"_s;
+    }
+
+    void keysMoveThroughTheListAsThroughAList()
+    {
+        QFETCH(int, startRow);
+        QFETCH(int, key);
+        QFETCH(int, expectedRow);
+        QFETCH(QString, expectedHost);
+        Fixture fixture(sampleKnownHosts);
+        fixture.selectRow(startRow);
+        QTest::keyClick(fixture.list(), static_cast<Qt::Key>(key));
+        QCOMPARE(fixture.list()->currentIndex().row(), expectedRow);
+        QCOMPARE(fixture.selectedFirstHost(), expectedHost);
+    }
+
+    // Tab leaves the list for the next control instead of walking its cells.
+    void tabLeavesTheList()
+    {
+        Fixture fixture(sampleKnownHosts);
+        QApplication::setActiveWindow(fixture.view.get());
+        fixture.list()->setFocus();
+        QVERIFY(fixture.list()->hasFocus());
+        QTest::keyClick(fixture.list(), Qt::Key_Tab);
+        QVERIFY(!fixture.list()->hasFocus());
+        QCOMPARE(fixture.list()->currentIndex().row(), 0);
     }
 
     void showsEmptyStateWithoutEntries()
@@ -337,7 +376,7 @@ private Q_SLOTS:
         Fixture fixture(sampleKnownHosts);
         KnownHostsView second(*fixture.viewModel);
         second.show();
-        auto* secondList = second.findChild<QListView*>(u"knownHostsList"_s);
+        auto* secondList = second.findChild<QAbstractItemView*>(u"knownHostsList"_s);
         auto* secondSearch = second.findChild<QLineEdit*>(u"knownHostsSearchField"_s);
 
         fixture.selectRow(1);
@@ -359,7 +398,7 @@ private Q_SLOTS:
         {
             KnownHostsView second(*fixture.viewModel);
             second.show();
-            QTRY_COMPARE(second.findChild<QListView*>(u"knownHostsList"_s)->currentIndex().row(), 2);
+            QTRY_COMPARE(second.findChild<QAbstractItemView*>(u"knownHostsList"_s)->currentIndex().row(), 2);
         }
         QCOMPARE(fixture.selectedFirstHost(), u"[build.example.com]:2222"_s);
         fixture.view.reset();
