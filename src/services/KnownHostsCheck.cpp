@@ -4,6 +4,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 using Outcome = ProcessQueue::Outcome;
@@ -136,14 +138,22 @@ void KnownHostsCheck::askAbout(const QList<SshProbeName>& probes, const QString&
         jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, before } });
         jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, after } });
     }
-    runJobs(jobs, [probes](const QList<Outcome>& outcomes) {
-        SshCheckResult result;
-        for (qsizetype p = 0; p < probes.size(); ++p) {
-            const QString was = answerOf(outcomes.at(2 * p));
-            const QString becomes = answerOf(outcomes.at(2 * p + 1));
+    // Only a differing answer is kept, the rest of the outputs are dropped as they come in.
+    auto changePerPair = std::make_shared<QList<std::optional<SshSettingChange>>>(probes.size());
+    runPairs(
+        jobs,
+        [changePerPair](qsizetype pair, const Outcome& onDisk, const Outcome& toSave) {
+            const QString was = answerOf(onDisk);
+            const QString becomes = answerOf(toSave);
             if (was != becomes)
-                result.hosts.append({ probes.at(p).shown, { { u"known_hosts"_s, was, becomes } } });
-        }
-        return result;
-    });
+                (*changePerPair)[pair] = SshSettingChange { u"known_hosts"_s, was, becomes };
+        },
+        [changePerPair, probes] {
+            SshCheckResult result;
+            for (qsizetype p = 0; p < probes.size(); ++p) {
+                if (const std::optional<SshSettingChange>& change = changePerPair->at(p))
+                    result.hosts.append({ probes.at(p).shown, { *change } });
+            }
+            return result;
+        });
 }

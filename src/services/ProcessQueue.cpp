@@ -26,7 +26,7 @@ void ProcessQueue::run(QList<Job> jobs)
 {
     cancel();
     m_jobs = std::move(jobs);
-    m_outcomes = QList<Outcome>(m_jobs.size());
+    m_outcomes = QList<Outcome>(m_keepsOutcomes ? m_jobs.size() : 0);
     m_next = 0;
     m_done = 0;
     m_running = true;
@@ -82,7 +82,24 @@ void ProcessQueue::startNext()
 
 void ProcessQueue::collect(QProcess* process, qsizetype index)
 {
-    Outcome& outcome = m_outcomes[index];
+    const Outcome outcome = outcomeOf(process);
+    m_processes.removeOne(process);
+    process->disconnect(this);
+    process->deleteLater();
+    if (!report(index, outcome))
+        return;
+    if (m_done == m_jobs.size()) {
+        m_running = false;
+        Q_EMIT finished(m_outcomes);
+        return;
+    }
+    if (m_next < m_jobs.size())
+        startNext();
+}
+
+ProcessQueue::Outcome ProcessQueue::outcomeOf(QProcess* process) const
+{
+    Outcome outcome;
     outcome.output = process->readAllStandardOutput();
     outcome.errorOutput = process->readAllStandardError();
     if (process->property(timedOutProperty).toBool()) {
@@ -95,20 +112,20 @@ void ProcessQueue::collect(QProcess* process, qsizetype index)
         if (!outcome.ran)
             outcome.problem = u"afgebroken"_s;
     }
-    m_processes.removeOne(process);
-    process->disconnect(this);
-    process->deleteLater();
+    return outcome;
+}
+
+// Tells the receivers about one ended job; false when one of them cancelled this run or started
+// another, so nothing more of this run may happen.
+bool ProcessQueue::report(qsizetype index, const Outcome& outcome)
+{
+    if (m_keepsOutcomes)
+        m_outcomes[index] = outcome;
     ++m_done;
     const quint64 generation = m_generation;
-    Q_EMIT progressed(m_done, m_jobs.size());
-    // A receiver of progressed() may have cancelled or started another run.
+    Q_EMIT jobEnded(index, outcome);
     if (generation != m_generation || !m_running)
-        return;
-    if (m_done == m_jobs.size()) {
-        m_running = false;
-        Q_EMIT finished(m_outcomes);
-        return;
-    }
-    if (m_running && m_next < m_jobs.size())
-        startNext();
+        return false;
+    Q_EMIT progressed(m_done, m_jobs.size());
+    return generation == m_generation && m_running;
 }

@@ -4,8 +4,6 @@
 
 using namespace Qt::StringLiterals;
 
-using Outcome = ProcessQueue::Outcome;
-
 SshConfigCheck::Preparation::Preparation(const QString& directory, QString onDisk, QString toSave)
     : copies(directory)
     , textOnDisk(std::move(onDisk))
@@ -32,19 +30,19 @@ QString firstLine(const QByteArray& bytes)
 }
 
 // What ssh said about the file as a whole, for a run that did not print settings.
-QString failureOf(const Outcome& outcome)
+QString failureOf(const ProcessQueue::Outcome& outcome)
 {
     if (!outcome.ran)
         return u"fout: "_s + outcome.problem;
     return u"fout: "_s + firstLine(outcome.errorOutput);
 }
 
-bool succeeded(const Outcome& outcome)
+bool succeeded(const ProcessQueue::Outcome& outcome)
 {
     return outcome.ran && outcome.exitCode == 0;
 }
 
-QList<SshSettingChange> changesBetween(const Outcome& before, const Outcome& after)
+QList<SshSettingChange> changesBetween(const ProcessQueue::Outcome& before, const ProcessQueue::Outcome& after)
 {
     if (succeeded(before) && succeeded(after))
         return SshSettings::changes(SshSettings::fromOutput(before.output), SshSettings::fromOutput(after.output));
@@ -133,20 +131,25 @@ void SshConfigCheck::askAbout(Preparation& preparation)
             jobs.append(askSsh(pass.after, probe.asked));
         }
     }
-    runJobs(jobs, [passes, probes](const QList<Outcome>& outcomes) {
-        SshCheckResult result;
-        for (qsizetype p = 0; p < probes.size(); ++p) {
-            QList<SshSettingChange> changes;
-            for (qsizetype pass = 0; pass < passes.size(); ++pass) {
-                const qsizetype at = 2 * (pass * probes.size() + p);
-                addNewKeywords(
-                    changes, changesBetween(outcomes.at(at), outcomes.at(at + 1)), passes.at(pass).keywordSuffix);
+    // Pair number pass * probes + p asks about probe p in that pass.
+    auto changesPerPair = std::make_shared<QList<QList<SshSettingChange>>>(passes.size() * probes.size());
+    runPairs(
+        jobs,
+        [changesPerPair](qsizetype pair, const Outcome& onDisk, const Outcome& toSave) {
+            (*changesPerPair)[pair] = changesBetween(onDisk, toSave);
+        },
+        [changesPerPair, passes, probes] {
+            SshCheckResult result;
+            for (qsizetype p = 0; p < probes.size(); ++p) {
+                QList<SshSettingChange> changes;
+                for (qsizetype pass = 0; pass < passes.size(); ++pass)
+                    addNewKeywords(
+                        changes, changesPerPair->at(pass * probes.size() + p), passes.at(pass).keywordSuffix);
+                if (!changes.isEmpty())
+                    result.hosts.append({ probes.at(p).shown, changes });
             }
-            if (!changes.isEmpty())
-                result.hosts.append({ probes.at(p).shown, changes });
-        }
-        return result;
-    });
+            return result;
+        });
 }
 
 // Only settings are printed (-G); "--" keeps any name from being read as an option.
