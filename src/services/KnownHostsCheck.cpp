@@ -97,46 +97,67 @@ void KnownHostsCheck::start(const QString& textOnDisk, const QString& textToSave
         finishWith({ {}, u"ssh-keygen is niet gevonden, dus OpenSSH kan deze opslag niet beoordelen."_s });
         return;
     }
-    // Finding the changed lines and writing the two files are a turn of the event loop each: at
-    // 10,000 lines each takes milliseconds.
-    auto probes = std::make_shared<QList<SshProbeName>>();
+    // Finding the changed lines and writing each file are a turn of the event loop each: at 10,000
+    // lines each takes milliseconds. A step that cannot go on reports, which drops the steps after it.
+    auto preparation = std::make_shared<Preparation>(Preparation { textOnDisk, textToSave, {}, {}, {} });
     prepareInSteps({
-        [probes, textOnDisk, textToSave] {
+        [preparation] {
             // No probe for other names: a line that did not change cannot change their answer.
-            *probes = SshProbeName::forPatterns(patternsOnChangedLines(textOnDisk, textToSave), false);
+            preparation->probes = SshProbeName::forPatterns(
+                patternsOnChangedLines(preparation->textOnDisk, preparation->textToSave), false);
         },
-        [this, probes, textOnDisk, textToSave] { askAbout(*probes, textOnDisk, textToSave); },
+        [this, preparation] {
+            if (mayAskAbout(preparation->probes) && placeCopies(*preparation))
+                writeCopy(preparation->onDiskPath, preparation->textOnDisk);
+        },
+        [this, preparation] { writeCopy(preparation->toSavePath, preparation->textToSave); },
+        [this, preparation] { askAbout(*preparation); },
     });
 }
 
-void KnownHostsCheck::askAbout(const QList<SshProbeName>& probes, const QString& textOnDisk, const QString& textToSave)
+// Reports at once, and says no, when there is nothing to ask or too much.
+bool KnownHostsCheck::mayAskAbout(const QList<SshProbeName>& probes)
 {
     if (probes.size() > maxNames) {
         finishWith({ {},
             u"Te veel gewijzigde hostnamen in known_hosts ("_s + QString::number(probes.size())
                 + u") om door ssh-keygen te laten beoordelen; de controle is overgeslagen."_s });
-        return;
+        return false;
     }
     if (probes.isEmpty()) {
         finishWith({});
-        return;
+        return false;
     }
+    return true;
+}
+
+bool KnownHostsCheck::placeCopies(Preparation& preparation)
+{
     QTemporaryDir* directory = freshDirectory();
     if (!directory) {
         finishWith({ {}, u"Geen tijdelijke map voor de controle door ssh-keygen."_s });
-        return;
+        return false;
     }
-    const QString before = directory->filePath(u"on-disk"_s);
-    const QString after = directory->filePath(u"to-save"_s);
-    if (!writeText(before, textOnDisk) || !writeText(after, textToSave)) {
-        finishWith(
-            { {}, u"De tijdelijke bestanden voor de controle door ssh-keygen konden niet geschreven worden."_s });
-        return;
-    }
+    preparation.onDiskPath = directory->filePath(u"on-disk"_s);
+    preparation.toSavePath = directory->filePath(u"to-save"_s);
+    return true;
+}
+
+bool KnownHostsCheck::writeCopy(const QString& path, const QString& text)
+{
+    if (writeText(path, text))
+        return true;
+    finishWith({ {}, u"De tijdelijke bestanden voor de controle door ssh-keygen konden niet geschreven worden."_s });
+    return false;
+}
+
+void KnownHostsCheck::askAbout(const Preparation& preparation)
+{
+    const QList<SshProbeName>& probes = preparation.probes;
     QList<ProcessQueue::Job> jobs;
     for (const SshProbeName& probe : probes) {
-        jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, before } });
-        jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, after } });
+        jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, preparation.onDiskPath } });
+        jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, preparation.toSavePath } });
     }
     // Only a differing answer is kept, the rest of the outputs are dropped as they come in.
     auto changePerPair = std::make_shared<QList<std::optional<SshSettingChange>>>(probes.size());

@@ -23,5 +23,18 @@ public:
     static QStringList patternsOnChangedLines(const QString& textOnDisk, const QString& textToSave);
 
 private:
-    void askAbout(const QList<SshProbeName>& probes, const QString& textOnDisk, const QString& textToSave);
+    // What the steps of start() build up for the last one.
+    struct Preparation
+    {
+        QString textOnDisk;
+        QString textToSave;
+        QList<SshProbeName> probes;
+        QString onDiskPath;
+        QString toSavePath;
+    };
+
+    bool mayAskAbout(const QList<SshProbeName>& probes);
+    bool placeCopies(Preparation& preparation);
+    bool writeCopy(const QString& path, const QString& text);
+    void askAbout(const Preparation& preparation);
 };

@@ -4,12 +4,34 @@
 #include <QTimer>
 #include <QVariant>
 
+#ifdef Q_OS_UNIX
+#include <sys/resource.h>
+#endif
+
 using namespace Qt::StringLiterals;
 
 namespace
 {
 const char* const timedOutProperty = "timedOut";
+
+// The conventional niceness of background work: the caller's event loop, and the start of the next
+// program, win the processor from running programs.
+constexpr int backgroundNiceness = 10;
+
+void lowerPriority(const QProcess& process)
+{
+#ifdef Q_OS_UNIX
+    // The program already runs, and ends as a zombie that keeps its number until QProcess collects it,
+    // so the number cannot name another process here.
+    if (process.state() != QProcess::NotRunning) {
+        const auto pid = static_cast<id_t>(process.processId());
+        setpriority(PRIO_PROCESS, pid, getpriority(PRIO_PROCESS, 0) + backgroundNiceness);
+    }
+#else
+    Q_UNUSED(process)
+#endif
 }
+} // namespace
 
 ProcessQueue::ProcessQueue(int parallel, int timeLimitMs, QObject* parent)
     : QObject(parent)
@@ -40,8 +62,20 @@ void ProcessQueue::run(QList<Job> jobs)
         });
         return;
     }
-    while (m_processes.size() < m_parallel && m_next < m_jobs.size())
-        startNext();
+    fillFreeSlot();
+}
+
+// Starting a process holds this thread until the new process runs its program, which on a busy
+// machine can take a scheduler tick: the slots are filled one per turn of the event loop.
+void ProcessQueue::fillFreeSlot()
+{
+    if (m_processes.size() >= m_parallel || m_next >= m_jobs.size())
+        return;
+    startNext();
+    QTimer::singleShot(0, this, [this, generation = m_generation] {
+        if (generation == m_generation && m_running)
+            fillFreeSlot();
+    });
 }
 
 // A cancelled process is killed and left to delete itself once it has really ended, so cancelling
@@ -78,6 +112,7 @@ void ProcessQueue::startNext()
         process->kill();
     });
     process->start(m_jobs.at(index).program, m_jobs.at(index).arguments);
+    lowerPriority(*process);
 }
 
 void ProcessQueue::collect(QProcess* process, qsizetype index)

@@ -10,8 +10,9 @@ class QProcess;
 
 /// Runs a list of short programs on the event loop, a few at a time, each with a time limit, and hands
 /// back each output as its program ends and all of them at once at the end. Never blocks and starts no
-/// thread: every process is a QProcess whose signals arrive on the caller's loop. Standard input is the null device;
-/// the environment is the caller's.
+/// thread: every process is a QProcess whose signals arrive on the caller's loop. Standard input is the
+/// null device; the environment is the caller's. The programs run at a lower priority than the caller:
+/// they are background work, and on a busy machine the caller's event loop comes first.
 class ProcessQueue : public QObject
 {
     Q_OBJECT
@@ -56,6 +57,7 @@ Q_SIGNALS:
     void finished(const QList<ProcessQueue::Outcome>& outcomes);
 
 private:
+    void fillFreeSlot();
     void startNext();
     void collect(QProcess* process, qsizetype index);
     Outcome outcomeOf(QProcess* process) const;

@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/resource.h>
+
 using namespace Qt::StringLiterals;
 using Outcome = ProcessQueue::Outcome;
 
@@ -124,6 +126,20 @@ private Q_SLOTS:
         QVERIFY(!finished.wait(1000));
         QCOMPARE(endedJobs, qsizetype(1));
         QCOMPARE(progressed.size(), 0);
+    }
+
+    // The program waits until it sees its priority lowered, so the answer does not depend on who runs
+    // first; were it never lowered, the time limit would stop it.
+    void programsRunAtALowerPriority()
+    {
+        const QByteArray own = QByteArray::number(getpriority(PRIO_PROCESS, 0));
+        ProcessQueue queue(1, 20000);
+        const QList<Outcome> outcomes = runToEnd(queue,
+            { shell(u"while [ $(ps -o ni= -p $$) -le "_s + QString::fromLatin1(own)
+                + u" ]; do sleep 0.01; done; ps -o ni= -p $$"_s) });
+        QCOMPARE(outcomes.size(), 1);
+        QCOMPARE(outcomes.first().problem, QString());
+        QCOMPARE(outcomes.first().output.trimmed(), QByteArray::number(std::min(own.toInt() + 10, 19)));
     }
 
     void standardInputIsEmpty()
