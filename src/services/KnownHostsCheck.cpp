@@ -15,14 +15,18 @@ namespace
 // Beyond this many names a check would keep ssh-keygen busy for minutes: it is skipped and says so.
 constexpr qsizetype maxNames = 5000;
 
+// Beyond this many characters a copy is written over more than one turn of the event loop.
+constexpr qsizetype partSize = 256 * 1024;
+
 // ssh-keygen ends lines at LF; a line differs when it is not in both texts equally often.
-QStringList changedLines(const QString& textOnDisk, const QString& textToSave)
+void countLines(KnownHostsCheck::LineBalance& balance, QStringView text, qsizetype weight)
 {
-    QHash<QStringView, qsizetype> balance;
-    for (const QStringView line : QStringView(textOnDisk).split(u'\n'))
-        ++balance[line];
-    for (const QStringView line : QStringView(textToSave).split(u'\n'))
-        --balance[line];
+    for (const QStringView line : text.split(u'\n'))
+        balance[line] += weight;
+}
+
+QStringList changedLines(const KnownHostsCheck::LineBalance& balance)
+{
     QStringList changed;
     for (auto it = balance.cbegin(); it != balance.cend(); ++it) {
         if (it.value() != 0)
@@ -68,18 +72,21 @@ QString answerOf(const Outcome& outcome)
     return keys.join(u"; "_s);
 }
 
-bool writeText(const QString& path, const QString& text)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) >= 0;
-}
 } // namespace
 
 QStringList KnownHostsCheck::patternsOnChangedLines(const QString& textOnDisk, const QString& textToSave)
 {
+    LineBalance balance;
+    countLines(balance, textOnDisk, 1);
+    countLines(balance, textToSave, -1);
+    return patternsOnChangedLines(balance);
+}
+
+QStringList KnownHostsCheck::patternsOnChangedLines(const LineBalance& balance)
+{
     QStringList patterns;
     QSet<QString> seen;
-    for (const QString& line : changedLines(textOnDisk, textToSave)) {
+    for (const QString& line : changedLines(balance)) {
         for (const QString& pattern : hostPatternsOf(line)) {
             if (!seen.contains(pattern)) {
                 seen.insert(pattern);
@@ -97,22 +104,29 @@ void KnownHostsCheck::start(const QString& textOnDisk, const QString& textToSave
         finishWith({ {}, u"ssh-keygen is niet gevonden, dus OpenSSH kan deze opslag niet beoordelen."_s });
         return;
     }
-    // Finding the changed lines and writing each file are a turn of the event loop each: at 10,000
+    // Reading each text and writing each part of a copy are a turn of the event loop each: at 10,000
     // lines each takes milliseconds. A step that cannot go on reports, which drops the steps after it.
-    auto preparation = std::make_shared<Preparation>(Preparation { textOnDisk, textToSave, {}, {}, {} });
-    prepareInSteps({
-        [preparation] {
-            // No probe for other names: a line that did not change cannot change their answer.
-            preparation->probes = SshProbeName::forPatterns(
-                patternsOnChangedLines(preparation->textOnDisk, preparation->textToSave), false);
-        },
+    auto preparation = std::make_shared<Preparation>();
+    preparation->textOnDisk = textOnDisk;
+    preparation->textToSave = textToSave;
+    QList<Step> steps {
+        [preparation] { countLines(preparation->balance, preparation->textOnDisk, 1); },
+        [preparation] { countLines(preparation->balance, preparation->textToSave, -1); },
         [this, preparation] {
-            if (mayAskAbout(preparation->probes) && placeCopies(*preparation))
-                writeCopy(preparation->onDiskPath, preparation->textOnDisk);
+            // No probe for other names: a line that did not change cannot change their answer.
+            preparation->probes = SshProbeName::forPatterns(patternsOnChangedLines(preparation->balance), false);
+            preparation->balance.clear();
+            if (mayAskAbout(preparation->probes))
+                placeCopies(*preparation);
         },
-        [this, preparation] { writeCopy(preparation->toSavePath, preparation->textToSave); },
-        [this, preparation] { askAbout(*preparation); },
-    });
+    };
+    for (const bool onDisk : { true, false }) {
+        const qsizetype size = onDisk ? textOnDisk.size() : textToSave.size();
+        for (qsizetype part = 0; part == 0 || part * partSize < size; ++part)
+            steps.append([this, preparation, onDisk] { writePart(*preparation, onDisk); });
+    }
+    steps.append([this, preparation] { askAbout(*preparation); });
+    prepareInSteps(std::move(steps));
 }
 
 // Reports at once, and says no, when there is nothing to ask or too much.
@@ -143,12 +157,22 @@ bool KnownHostsCheck::placeCopies(Preparation& preparation)
     return true;
 }
 
-bool KnownHostsCheck::writeCopy(const QString& path, const QString& text)
+// Writes the next part of a copy, up to a line end, so that no turn converts megabytes at once.
+void KnownHostsCheck::writePart(Preparation& preparation, bool onDisk)
 {
-    if (writeText(path, text))
-        return true;
-    finishWith({ {}, u"De tijdelijke bestanden voor de controle door ssh-keygen konden niet geschreven worden."_s });
-    return false;
+    const QString& text = onDisk ? preparation.textOnDisk : preparation.textToSave;
+    qsizetype& written = onDisk ? preparation.writtenOnDisk : preparation.writtenToSave;
+    const qsizetype lineEnd = written + partSize < text.size() ? text.indexOf(u'\n', written + partSize) : -1;
+    const qsizetype end = lineEnd < 0 ? text.size() : lineEnd + 1;
+    QFile file(onDisk ? preparation.onDiskPath : preparation.toSavePath);
+    const bool wrote = file.open(written == 0 ? QIODevice::WriteOnly : QIODevice::Append)
+        && file.write(QStringView(text).sliced(written, end - written).toUtf8()) >= 0;
+    if (!wrote) {
+        finishWith(
+            { {}, u"De tijdelijke bestanden voor de controle door ssh-keygen konden niet geschreven worden."_s });
+        return;
+    }
+    written = end;
 }
 
 void KnownHostsCheck::askAbout(const Preparation& preparation)

@@ -102,19 +102,24 @@ void SshConfigCheck::start(const QString& textOnDisk, const QString& textToSave)
             if (!preparation->copies.hasMatch())
                 preparation->reachBefore.emplace(preparation->textOnDisk);
         },
+        [preparation] {
+            if (preparation->reachBefore)
+                preparation->reachAfter.emplace(preparation->textToSave);
+        },
+        [this, preparation] { chooseProbes(*preparation); },
         [this, preparation] { askAbout(*preparation); },
     });
 }
 
-void SshConfigCheck::askAbout(Preparation& preparation)
+void SshConfigCheck::chooseProbes(Preparation& preparation)
 {
     QList<SshProbeName> probes = SshProbeName::forPatterns(preparation.copies.hostPatterns(), true);
     if (preparation.reachBefore) {
         // ssh is asked only about names whose reachable lines the save changes; "*" is always asked,
         // since a line ssh cannot read at all fails the file for every name, reachable or not.
-        const SshConfigReach after(preparation.textToSave);
         probes.removeIf([&](const SshProbeName& probe) {
-            return probe.shown != u"*"_s && !SshConfigReach::mayDiffer(*preparation.reachBefore, after, probe.asked);
+            return probe.shown != u"*"_s
+                && !SshConfigReach::mayDiffer(*preparation.reachBefore, *preparation.reachAfter, probe.asked);
         });
     }
     if (probes.size() > maxNames) {
@@ -123,6 +128,12 @@ void SshConfigCheck::askAbout(Preparation& preparation)
                 + u") om elke opslag door ssh te laten beoordelen; de controle is overgeslagen."_s });
         return;
     }
+    preparation.probes = std::move(probes);
+}
+
+void SshConfigCheck::askAbout(const Preparation& preparation)
+{
+    const QList<SshProbeName>& probes = preparation.probes;
     const QList<Pass> passes = preparation.passes;
     QList<ProcessQueue::Job> jobs;
     for (const Pass& pass : passes) {
