@@ -37,7 +37,12 @@ ProcessQueue::ProcessQueue(int parallel, int timeLimitMs, QObject* parent)
     : QObject(parent)
     , m_parallel(std::max(parallel, 1))
     , m_timeLimitMs(timeLimitMs)
-{ }
+    , m_starter(new QTimer(this))
+{
+    m_starter->setSingleShot(true);
+    m_starter->setInterval(0);
+    connect(m_starter, &QTimer::timeout, this, &ProcessQueue::fillFreeSlot);
+}
 
 ProcessQueue::~ProcessQueue()
 {
@@ -62,20 +67,19 @@ void ProcessQueue::run(QList<Job> jobs)
         });
         return;
     }
-    fillFreeSlot();
+    m_starter->start();
 }
 
 // Starting a process holds this thread until the new process runs its program, which on a busy
-// machine can take a scheduler tick: the slots are filled one per turn of the event loop.
+// machine can take a scheduler tick. A zero timer fires once per turn of the event loop, so however
+// many processes end at once, one turn starts at most one.
 void ProcessQueue::fillFreeSlot()
 {
-    if (m_processes.size() >= m_parallel || m_next >= m_jobs.size())
+    if (!m_running || m_processes.size() >= m_parallel || m_next >= m_jobs.size())
         return;
     startNext();
-    QTimer::singleShot(0, this, [this, generation = m_generation] {
-        if (generation == m_generation && m_running)
-            fillFreeSlot();
-    });
+    if (m_processes.size() < m_parallel && m_next < m_jobs.size())
+        m_starter->start();
 }
 
 // A cancelled process is killed and left to delete itself once it has really ended, so cancelling
@@ -84,6 +88,7 @@ void ProcessQueue::cancel()
 {
     ++m_generation;
     m_running = false;
+    m_starter->stop();
     for (QProcess* process : std::as_const(m_processes)) {
         process->disconnect(this);
         if (process->state() == QProcess::NotRunning) {
@@ -128,8 +133,7 @@ void ProcessQueue::collect(QProcess* process, qsizetype index)
         Q_EMIT finished(m_outcomes);
         return;
     }
-    if (m_next < m_jobs.size())
-        startNext();
+    m_starter->start();
 }
 
 ProcessQueue::Outcome ProcessQueue::outcomeOf(QProcess* process) const

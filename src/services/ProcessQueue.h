@@ -7,6 +7,7 @@
 #include <QStringList>
 
 class QProcess;
+class QTimer;
 
 /// Runs a list of short programs on the event loop, a few at a time, each with a time limit, and hands
 /// back each output as its program ends and all of them at once at the end. Never blocks and starts no
@@ -65,6 +66,7 @@ private:
 
     int m_parallel;
     int m_timeLimitMs;
+    QTimer* m_starter;
     QList<Job> m_jobs;
     QList<Outcome> m_outcomes;
     QList<QProcess*> m_processes;
