@@ -16,7 +16,7 @@ namespace
 constexpr qsizetype maxNames = 5000;
 
 // Beyond this many characters a copy is written over more than one turn of the event loop.
-constexpr qsizetype partSize = 256 * 1024;
+constexpr qsizetype partSize = qsizetype(256) * 1024;
 
 // ssh-keygen ends lines at LF; a line differs when it is not in both texts equally often.
 void countLines(KnownHostsCheck::LineBalance& balance, QStringView text, qsizetype weight)
