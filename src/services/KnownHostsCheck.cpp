@@ -4,6 +4,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 using Outcome = ProcessQueue::Outcome;
@@ -13,14 +15,18 @@ namespace
 // Beyond this many names a check would keep ssh-keygen busy for minutes: it is skipped and says so.
 constexpr qsizetype maxNames = 5000;
 
+// Beyond this many characters a copy is written over more than one turn of the event loop.
+constexpr qsizetype partSize = qsizetype(256) * 1024;
+
 // ssh-keygen ends lines at LF; a line differs when it is not in both texts equally often.
-QStringList changedLines(const QString& textOnDisk, const QString& textToSave)
+void countLines(KnownHostsCheck::LineBalance& balance, QStringView text, qsizetype weight)
 {
-    QHash<QStringView, qsizetype> balance;
-    for (const QStringView line : QStringView(textOnDisk).split(u'\n'))
-        ++balance[line];
-    for (const QStringView line : QStringView(textToSave).split(u'\n'))
-        --balance[line];
+    for (const QStringView line : text.split(u'\n'))
+        balance[line] += weight;
+}
+
+QStringList changedLines(const KnownHostsCheck::LineBalance& balance)
+{
     QStringList changed;
     for (auto it = balance.cbegin(); it != balance.cend(); ++it) {
         if (it.value() != 0)
@@ -66,18 +72,21 @@ QString answerOf(const Outcome& outcome)
     return keys.join(u"; "_s);
 }
 
-bool writeText(const QString& path, const QString& text)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) >= 0;
-}
 } // namespace
 
 QStringList KnownHostsCheck::patternsOnChangedLines(const QString& textOnDisk, const QString& textToSave)
 {
+    LineBalance balance;
+    countLines(balance, textOnDisk, 1);
+    countLines(balance, textToSave, -1);
+    return patternsOnChangedLines(balance);
+}
+
+QStringList KnownHostsCheck::patternsOnChangedLines(const LineBalance& balance)
+{
     QStringList patterns;
     QSet<QString> seen;
-    for (const QString& line : changedLines(textOnDisk, textToSave)) {
+    for (const QString& line : changedLines(balance)) {
         for (const QString& pattern : hostPatternsOf(line)) {
             if (!seen.contains(pattern)) {
                 seen.insert(pattern);
@@ -95,55 +104,101 @@ void KnownHostsCheck::start(const QString& textOnDisk, const QString& textToSave
         finishWith({ {}, u"ssh-keygen is niet gevonden, dus OpenSSH kan deze opslag niet beoordelen."_s });
         return;
     }
-    // Finding the changed lines and writing the two files are a turn of the event loop each: at
-    // 10,000 lines each takes milliseconds.
-    auto probes = std::make_shared<QList<SshProbeName>>();
-    prepareInSteps({
-        [probes, textOnDisk, textToSave] {
+    // Reading each text and writing each part of a copy are a turn of the event loop each: at 10,000
+    // lines each takes milliseconds. A step that cannot go on reports, which drops the steps after it.
+    auto preparation = std::make_shared<Preparation>();
+    preparation->textOnDisk = textOnDisk;
+    preparation->textToSave = textToSave;
+    QList<Step> steps {
+        [preparation] { countLines(preparation->balance, preparation->textOnDisk, 1); },
+        [preparation] { countLines(preparation->balance, preparation->textToSave, -1); },
+        [this, preparation] {
             // No probe for other names: a line that did not change cannot change their answer.
-            *probes = SshProbeName::forPatterns(patternsOnChangedLines(textOnDisk, textToSave), false);
+            preparation->probes = SshProbeName::forPatterns(patternsOnChangedLines(preparation->balance), false);
+            preparation->balance.clear();
+            if (mayAskAbout(preparation->probes))
+                placeCopies(*preparation);
         },
-        [this, probes, textOnDisk, textToSave] { askAbout(*probes, textOnDisk, textToSave); },
-    });
+    };
+    for (const bool onDisk : { true, false }) {
+        const qsizetype size = onDisk ? textOnDisk.size() : textToSave.size();
+        for (qsizetype part = 0; part == 0 || part * partSize < size; ++part)
+            steps.append([this, preparation, onDisk] { writePart(*preparation, onDisk); });
+    }
+    steps.append([this, preparation] { askAbout(*preparation); });
+    prepareInSteps(std::move(steps));
 }
 
-void KnownHostsCheck::askAbout(const QList<SshProbeName>& probes, const QString& textOnDisk, const QString& textToSave)
+// Reports at once, and says no, when there is nothing to ask or too much.
+bool KnownHostsCheck::mayAskAbout(const QList<SshProbeName>& probes)
 {
     if (probes.size() > maxNames) {
         finishWith({ {},
             u"Te veel gewijzigde hostnamen in known_hosts ("_s + QString::number(probes.size())
                 + u") om door ssh-keygen te laten beoordelen; de controle is overgeslagen."_s });
-        return;
+        return false;
     }
     if (probes.isEmpty()) {
         finishWith({});
-        return;
+        return false;
     }
+    return true;
+}
+
+bool KnownHostsCheck::placeCopies(Preparation& preparation)
+{
     QTemporaryDir* directory = freshDirectory();
     if (!directory) {
         finishWith({ {}, u"Geen tijdelijke map voor de controle door ssh-keygen."_s });
-        return;
+        return false;
     }
-    const QString before = directory->filePath(u"on-disk"_s);
-    const QString after = directory->filePath(u"to-save"_s);
-    if (!writeText(before, textOnDisk) || !writeText(after, textToSave)) {
+    preparation.onDiskPath = directory->filePath(u"on-disk"_s);
+    preparation.toSavePath = directory->filePath(u"to-save"_s);
+    return true;
+}
+
+// Writes the next part of a copy, up to a line end, so that no turn converts megabytes at once.
+void KnownHostsCheck::writePart(Preparation& preparation, bool onDisk)
+{
+    const QString& text = onDisk ? preparation.textOnDisk : preparation.textToSave;
+    qsizetype& written = onDisk ? preparation.writtenOnDisk : preparation.writtenToSave;
+    const qsizetype lineEnd = written + partSize < text.size() ? text.indexOf(u'\n', written + partSize) : -1;
+    const qsizetype end = lineEnd < 0 ? text.size() : lineEnd + 1;
+    QFile file(onDisk ? preparation.onDiskPath : preparation.toSavePath);
+    const bool wrote = file.open(written == 0 ? QIODevice::WriteOnly : QIODevice::Append)
+        && file.write(QStringView(text).sliced(written, end - written).toUtf8()) >= 0;
+    if (!wrote) {
         finishWith(
             { {}, u"De tijdelijke bestanden voor de controle door ssh-keygen konden niet geschreven worden."_s });
         return;
     }
+    written = end;
+}
+
+void KnownHostsCheck::askAbout(const Preparation& preparation)
+{
+    const QList<SshProbeName>& probes = preparation.probes;
     QList<ProcessQueue::Job> jobs;
     for (const SshProbeName& probe : probes) {
-        jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, before } });
-        jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, after } });
+        jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, preparation.onDiskPath } });
+        jobs.append({ program(), { u"-F"_s, probe.asked, u"-f"_s, preparation.toSavePath } });
     }
-    runJobs(jobs, [probes](const QList<Outcome>& outcomes) {
-        SshCheckResult result;
-        for (qsizetype p = 0; p < probes.size(); ++p) {
-            const QString was = answerOf(outcomes.at(2 * p));
-            const QString becomes = answerOf(outcomes.at(2 * p + 1));
+    // Only a differing answer is kept, the rest of the outputs are dropped as they come in.
+    auto changePerPair = std::make_shared<QList<std::optional<SshSettingChange>>>(probes.size());
+    runPairs(
+        jobs,
+        [changePerPair](qsizetype pair, const Outcome& onDisk, const Outcome& toSave) {
+            const QString was = answerOf(onDisk);
+            const QString becomes = answerOf(toSave);
             if (was != becomes)
-                result.hosts.append({ probes.at(p).shown, { { u"known_hosts"_s, was, becomes } } });
-        }
-        return result;
-    });
+                (*changePerPair)[pair] = SshSettingChange { u"known_hosts"_s, was, becomes };
+        },
+        [changePerPair, probes] {
+            SshCheckResult result;
+            for (qsizetype p = 0; p < probes.size(); ++p) {
+                if (const std::optional<SshSettingChange>& change = changePerPair->at(p))
+                    result.hosts.append({ probes.at(p).shown, { *change } });
+            }
+            return result;
+        });
 }

@@ -3,6 +3,9 @@
 #include "OpenSSHCheck.h"
 #include "SshProbeName.h"
 
+#include <QHash>
+#include <QStringView>
+
 /// Asks `ssh-keygen -F` what a known_hosts save changes. Only lines whose text differs between the
 /// file on disk and the text a save would write can change an answer, so only the host names on those
 /// lines are asked about (a wildcard pattern through a name it matches; hashed names cannot be asked
@@ -22,6 +25,27 @@ public:
     /// The host patterns of the lines that are not in both texts equally often, each once.
     static QStringList patternsOnChangedLines(const QString& textOnDisk, const QString& textToSave);
 
+    /// How often each line is in the text on disk, less how often it is in the text to save.
+    using LineBalance = QHash<QStringView, qsizetype>;
+    /// The host patterns of the lines whose balance is not zero, each once.
+    static QStringList patternsOnChangedLines(const LineBalance& balance);
+
 private:
-    void askAbout(const QList<SshProbeName>& probes, const QString& textOnDisk, const QString& textToSave);
+    // What the steps of start() build up for the last one.
+    struct Preparation
+    {
+        QString textOnDisk;
+        QString textToSave;
+        LineBalance balance;
+        QList<SshProbeName> probes;
+        QString onDiskPath;
+        QString toSavePath;
+        qsizetype writtenOnDisk = 0;
+        qsizetype writtenToSave = 0;
+    };
+
+    bool mayAskAbout(const QList<SshProbeName>& probes);
+    bool placeCopies(Preparation& preparation);
+    void writePart(Preparation& preparation, bool onDisk);
+    void askAbout(const Preparation& preparation);
 };

@@ -14,10 +14,12 @@ OpenSSHCheck::OpenSSHCheck(QString program, QObject* parent)
     , m_program(std::move(program))
     , m_queue(new ProcessQueue(QThread::idealThreadCount(), processTimeLimitMs, this))
 {
+    m_queue->setKeepsOutcomes(false);
+    connect(m_queue, &ProcessQueue::jobEnded, this, &OpenSSHCheck::takeOutcome);
     connect(m_queue, &ProcessQueue::progressed, this, &OpenSSHCheck::progressed);
-    connect(m_queue, &ProcessQueue::finished, this, [this](const QList<ProcessQueue::Outcome>& outcomes) {
+    connect(m_queue, &ProcessQueue::finished, this, [this] {
         m_running = false;
-        const SshCheckResult result = m_judge(outcomes);
+        const SshCheckResult result = m_conclude();
         Q_EMIT finished(result);
     });
 }
@@ -33,6 +35,7 @@ void OpenSSHCheck::cancel()
     ++m_generation;
     m_running = false;
     m_queue->cancel();
+    m_halfPairs.clear();
 }
 
 QTemporaryDir* OpenSSHCheck::freshDirectory()
@@ -42,12 +45,25 @@ QTemporaryDir* OpenSSHCheck::freshDirectory()
     return m_directory->isValid() ? m_directory.get() : nullptr;
 }
 
-void OpenSSHCheck::runJobs(QList<ProcessQueue::Job> jobs, Judge judge)
+void OpenSSHCheck::runPairs(QList<ProcessQueue::Job> jobs, PairJudge judge, Conclusion conclude)
 {
     cancel();
     m_judge = std::move(judge);
+    m_conclude = std::move(conclude);
     m_running = true;
     m_queue->run(std::move(jobs));
+}
+
+void OpenSSHCheck::takeOutcome(qsizetype job, const Outcome& outcome)
+{
+    const qsizetype pair = job / 2;
+    if (!m_halfPairs.contains(pair)) {
+        m_halfPairs.insert(pair, outcome);
+        return;
+    }
+    const Outcome first = m_halfPairs.take(pair);
+    const bool onDiskFirst = job % 2 == 1;
+    m_judge(pair, onDiskFirst ? first : outcome, onDiskFirst ? outcome : first);
 }
 
 void OpenSSHCheck::finishWith(SshCheckResult result)

@@ -3,6 +3,7 @@
 #include "ProcessQueue.h"
 #include "SshCheckResult.h"
 
+#include <QHash>
 #include <QObject>
 #include <QString>
 #include <QTemporaryDir>
@@ -34,12 +35,19 @@ Q_SIGNALS:
     void finished(const SshCheckResult& result);
 
 protected:
-    using Judge = std::function<SshCheckResult(const QList<ProcessQueue::Outcome>&)>;
+    using Outcome = ProcessQueue::Outcome;
+    /// What a check makes of pair number pair: the same question put to the file on disk and to the
+    /// text a save would write. It keeps only what it concludes, never the outputs.
+    using PairJudge = std::function<void(qsizetype pair, const Outcome& onDisk, const Outcome& toSave)>;
+    /// The result, once every pair is judged.
+    using Conclusion = std::function<SshCheckResult()>;
 
     /// A new empty private directory for this check's files (the previous one is removed), or null.
     QTemporaryDir* freshDirectory();
-    /// Runs jobs and reports what judge makes of their outcomes.
-    void runJobs(QList<ProcessQueue::Job> jobs, Judge judge);
+    /// Runs jobs in pairs (job 2n asks about the file on disk, job 2n + 1 the same about the text to
+    /// save) and reports what conclude makes of them. Each pair is judged as soon as both its jobs
+    /// have ended, so the work on the outputs is spread over the run instead of held up to its end.
+    void runPairs(QList<ProcessQueue::Job> jobs, PairJudge judge, Conclusion conclude);
     /// Reports result without running anything (still from the event loop, never from the caller's call).
     void finishWith(SshCheckResult result);
     using Step = std::function<void()>;
@@ -49,12 +57,16 @@ protected:
     void prepareInSteps(QList<Step> steps);
 
 private:
+    void takeOutcome(qsizetype job, const Outcome& outcome);
     void runStepsFrom(std::shared_ptr<const QList<Step>> steps, qsizetype next, quint64 generation);
 
     QString m_program;
     ProcessQueue* m_queue;
     std::unique_ptr<QTemporaryDir> m_directory;
-    Judge m_judge;
+    PairJudge m_judge;
+    Conclusion m_conclude;
+    // The first outcome of each pair whose other job is still running.
+    QHash<qsizetype, Outcome> m_halfPairs;
     bool m_running = false;
     quint64 m_generation = 0;
 };

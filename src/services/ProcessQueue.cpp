@@ -4,18 +4,45 @@
 #include <QTimer>
 #include <QVariant>
 
+#ifdef Q_OS_UNIX
+#include <sys/resource.h>
+#endif
+
 using namespace Qt::StringLiterals;
 
 namespace
 {
 const char* const timedOutProperty = "timedOut";
+
+// The conventional niceness of background work: the caller's event loop, and the start of the next
+// program, win the processor from running programs.
+constexpr int backgroundNiceness = 10;
+
+void lowerPriority(const QProcess& process)
+{
+#ifdef Q_OS_UNIX
+    // The program already runs, and ends as a zombie that keeps its number until QProcess collects it,
+    // so the number cannot name another process here.
+    if (process.state() != QProcess::NotRunning) {
+        const auto pid = static_cast<id_t>(process.processId());
+        setpriority(PRIO_PROCESS, pid, getpriority(PRIO_PROCESS, 0) + backgroundNiceness);
+    }
+#else
+    Q_UNUSED(process)
+#endif
 }
+} // namespace
 
 ProcessQueue::ProcessQueue(int parallel, int timeLimitMs, QObject* parent)
     : QObject(parent)
     , m_parallel(std::max(parallel, 1))
     , m_timeLimitMs(timeLimitMs)
-{ }
+    , m_starter(new QTimer(this))
+{
+    m_starter->setSingleShot(true);
+    m_starter->setInterval(0);
+    connect(m_starter, &QTimer::timeout, this, &ProcessQueue::fillFreeSlot);
+}
 
 ProcessQueue::~ProcessQueue()
 {
@@ -26,7 +53,7 @@ void ProcessQueue::run(QList<Job> jobs)
 {
     cancel();
     m_jobs = std::move(jobs);
-    m_outcomes = QList<Outcome>(m_jobs.size());
+    m_outcomes = QList<Outcome>(m_keepsOutcomes ? m_jobs.size() : 0);
     m_next = 0;
     m_done = 0;
     m_running = true;
@@ -40,8 +67,19 @@ void ProcessQueue::run(QList<Job> jobs)
         });
         return;
     }
-    while (m_processes.size() < m_parallel && m_next < m_jobs.size())
-        startNext();
+    m_starter->start();
+}
+
+// Starting a process holds this thread until the new process runs its program, which on a busy
+// machine can take a scheduler tick. A zero timer fires once per turn of the event loop, so however
+// many processes end at once, one turn starts at most one.
+void ProcessQueue::fillFreeSlot()
+{
+    if (!m_running || m_processes.size() >= m_parallel || m_next >= m_jobs.size())
+        return;
+    startNext();
+    if (m_processes.size() < m_parallel && m_next < m_jobs.size())
+        m_starter->start();
 }
 
 // A cancelled process is killed and left to delete itself once it has really ended, so cancelling
@@ -50,6 +88,7 @@ void ProcessQueue::cancel()
 {
     ++m_generation;
     m_running = false;
+    m_starter->stop();
     for (QProcess* process : std::as_const(m_processes)) {
         process->disconnect(this);
         if (process->state() == QProcess::NotRunning) {
@@ -78,11 +117,28 @@ void ProcessQueue::startNext()
         process->kill();
     });
     process->start(m_jobs.at(index).program, m_jobs.at(index).arguments);
+    lowerPriority(*process);
 }
 
 void ProcessQueue::collect(QProcess* process, qsizetype index)
 {
-    Outcome& outcome = m_outcomes[index];
+    const Outcome outcome = outcomeOf(process);
+    m_processes.removeOne(process);
+    process->disconnect(this);
+    process->deleteLater();
+    if (!report(index, outcome))
+        return;
+    if (m_done == m_jobs.size()) {
+        m_running = false;
+        Q_EMIT finished(m_outcomes);
+        return;
+    }
+    m_starter->start();
+}
+
+ProcessQueue::Outcome ProcessQueue::outcomeOf(QProcess* process) const
+{
+    Outcome outcome;
     outcome.output = process->readAllStandardOutput();
     outcome.errorOutput = process->readAllStandardError();
     if (process->property(timedOutProperty).toBool()) {
@@ -95,20 +151,20 @@ void ProcessQueue::collect(QProcess* process, qsizetype index)
         if (!outcome.ran)
             outcome.problem = u"afgebroken"_s;
     }
-    m_processes.removeOne(process);
-    process->disconnect(this);
-    process->deleteLater();
+    return outcome;
+}
+
+// Tells the receivers about one ended job; false when one of them cancelled this run or started
+// another, so nothing more of this run may happen.
+bool ProcessQueue::report(qsizetype index, const Outcome& outcome)
+{
+    if (m_keepsOutcomes)
+        m_outcomes[index] = outcome;
     ++m_done;
     const quint64 generation = m_generation;
-    Q_EMIT progressed(m_done, m_jobs.size());
-    // A receiver of progressed() may have cancelled or started another run.
+    Q_EMIT jobEnded(index, outcome);
     if (generation != m_generation || !m_running)
-        return;
-    if (m_done == m_jobs.size()) {
-        m_running = false;
-        Q_EMIT finished(m_outcomes);
-        return;
-    }
-    if (m_running && m_next < m_jobs.size())
-        startNext();
+        return false;
+    Q_EMIT progressed(m_done, m_jobs.size());
+    return generation == m_generation && m_running;
 }

@@ -4,8 +4,6 @@
 
 using namespace Qt::StringLiterals;
 
-using Outcome = ProcessQueue::Outcome;
-
 SshConfigCheck::Preparation::Preparation(const QString& directory, QString onDisk, QString toSave)
     : copies(directory)
     , textOnDisk(std::move(onDisk))
@@ -32,19 +30,19 @@ QString firstLine(const QByteArray& bytes)
 }
 
 // What ssh said about the file as a whole, for a run that did not print settings.
-QString failureOf(const Outcome& outcome)
+QString failureOf(const ProcessQueue::Outcome& outcome)
 {
     if (!outcome.ran)
         return u"fout: "_s + outcome.problem;
     return u"fout: "_s + firstLine(outcome.errorOutput);
 }
 
-bool succeeded(const Outcome& outcome)
+bool succeeded(const ProcessQueue::Outcome& outcome)
 {
     return outcome.ran && outcome.exitCode == 0;
 }
 
-QList<SshSettingChange> changesBetween(const Outcome& before, const Outcome& after)
+QList<SshSettingChange> changesBetween(const ProcessQueue::Outcome& before, const ProcessQueue::Outcome& after)
 {
     if (succeeded(before) && succeeded(after))
         return SshSettings::changes(SshSettings::fromOutput(before.output), SshSettings::fromOutput(after.output));
@@ -104,19 +102,24 @@ void SshConfigCheck::start(const QString& textOnDisk, const QString& textToSave)
             if (!preparation->copies.hasMatch())
                 preparation->reachBefore.emplace(preparation->textOnDisk);
         },
+        [preparation] {
+            if (preparation->reachBefore)
+                preparation->reachAfter.emplace(preparation->textToSave);
+        },
+        [this, preparation] { chooseProbes(*preparation); },
         [this, preparation] { askAbout(*preparation); },
     });
 }
 
-void SshConfigCheck::askAbout(Preparation& preparation)
+void SshConfigCheck::chooseProbes(Preparation& preparation)
 {
     QList<SshProbeName> probes = SshProbeName::forPatterns(preparation.copies.hostPatterns(), true);
     if (preparation.reachBefore) {
         // ssh is asked only about names whose reachable lines the save changes; "*" is always asked,
         // since a line ssh cannot read at all fails the file for every name, reachable or not.
-        const SshConfigReach after(preparation.textToSave);
         probes.removeIf([&](const SshProbeName& probe) {
-            return probe.shown != u"*"_s && !SshConfigReach::mayDiffer(*preparation.reachBefore, after, probe.asked);
+            return probe.shown != u"*"_s
+                && !SshConfigReach::mayDiffer(*preparation.reachBefore, *preparation.reachAfter, probe.asked);
         });
     }
     if (probes.size() > maxNames) {
@@ -125,6 +128,12 @@ void SshConfigCheck::askAbout(Preparation& preparation)
                 + u") om elke opslag door ssh te laten beoordelen; de controle is overgeslagen."_s });
         return;
     }
+    preparation.probes = std::move(probes);
+}
+
+void SshConfigCheck::askAbout(const Preparation& preparation)
+{
+    const QList<SshProbeName>& probes = preparation.probes;
     const QList<Pass> passes = preparation.passes;
     QList<ProcessQueue::Job> jobs;
     for (const Pass& pass : passes) {
@@ -133,20 +142,25 @@ void SshConfigCheck::askAbout(Preparation& preparation)
             jobs.append(askSsh(pass.after, probe.asked));
         }
     }
-    runJobs(jobs, [passes, probes](const QList<Outcome>& outcomes) {
-        SshCheckResult result;
-        for (qsizetype p = 0; p < probes.size(); ++p) {
-            QList<SshSettingChange> changes;
-            for (qsizetype pass = 0; pass < passes.size(); ++pass) {
-                const qsizetype at = 2 * (pass * probes.size() + p);
-                addNewKeywords(
-                    changes, changesBetween(outcomes.at(at), outcomes.at(at + 1)), passes.at(pass).keywordSuffix);
+    // Pair number pass * probes + p asks about probe p in that pass.
+    auto changesPerPair = std::make_shared<QList<QList<SshSettingChange>>>(passes.size() * probes.size());
+    runPairs(
+        jobs,
+        [changesPerPair](qsizetype pair, const Outcome& onDisk, const Outcome& toSave) {
+            (*changesPerPair)[pair] = changesBetween(onDisk, toSave);
+        },
+        [changesPerPair, passes, probes] {
+            SshCheckResult result;
+            for (qsizetype p = 0; p < probes.size(); ++p) {
+                QList<SshSettingChange> changes;
+                for (qsizetype pass = 0; pass < passes.size(); ++pass)
+                    addNewKeywords(
+                        changes, changesPerPair->at(pass * probes.size() + p), passes.at(pass).keywordSuffix);
+                if (!changes.isEmpty())
+                    result.hosts.append({ probes.at(p).shown, changes });
             }
-            if (!changes.isEmpty())
-                result.hosts.append({ probes.at(p).shown, changes });
-        }
-        return result;
-    });
+            return result;
+        });
 }
 
 // Only settings are printed (-G); "--" keeps any name from being read as an option.

@@ -52,8 +52,11 @@ private:
         QString textToSave;
         QList<Pass> passes;
         std::optional<SshConfigReach> reachBefore;
+        std::optional<SshConfigReach> reachAfter;
+        QList<SshProbeName> probes;
     };
 
-    void askAbout(Preparation& preparation);
+    void chooseProbes(Preparation& preparation);
+    void askAbout(const Preparation& preparation);
     ProcessQueue::Job askSsh(const QString& configPath, const QString& name) const;
 };

@@ -1,11 +1,16 @@
 // The queue that runs ssh and ssh-keygen for the check: outcomes in job order whatever order the
-// processes end in, a time limit that stops a hung program, a program that cannot start, and a
-// cancelled run that never reports.
+// processes end in, each job's outcome reported as it ends, a time limit that stops a hung program, a program that
+// cannot start, and a cancelled run that never reports.
 
 #include "ProcessQueue.h"
 
+#include <QFile>
+#include <QSet>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 using Outcome = ProcessQueue::Outcome;
@@ -35,7 +40,11 @@ class TestProcessQueue : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { qRegisterMetaType<QList<Outcome>>(); }
+    void initTestCase()
+    {
+        qRegisterMetaType<QList<Outcome>>();
+        qRegisterMetaType<Outcome>();
+    }
 
     void outcomesComeInJobOrder()
     {
@@ -53,6 +62,84 @@ private Q_SLOTS:
         QCOMPARE(progressed.size(), 3);
         QCOMPARE(progressed.last().at(0).value<qsizetype>(), qsizetype(3));
         QCOMPARE(progressed.last().at(1).value<qsizetype>(), qsizetype(3));
+    }
+
+    // Each outcome comes as its process ends, under the number of its job, so a receiver can pair
+    // them up although they arrive out of order.
+    void eachJobIsReportedAsItEnds()
+    {
+        QTemporaryDir directory;
+        QVERIFY(directory.isValid());
+        const QString signal = directory.filePath(u"third-reported"_s);
+        ProcessQueue queue(2, generousWaitMs);
+        QList<std::pair<qsizetype, QByteArray>> ended;
+        connect(&queue, &ProcessQueue::jobEnded, this, [&](qsizetype job, const Outcome& outcome) {
+            ended.append({ job, outcome.output });
+            if (job == 2)
+                QFile(signal).open(QIODevice::WriteOnly);
+        });
+        // The first job holds its slot until the third is reported, so the third can only start in the
+        // second's slot: the order of ending is fixed, whatever the machine's speed.
+        const QList<Outcome> outcomes = runToEnd(queue,
+            { shell(u"while [ ! -e '"_s + signal + u"' ]; do sleep 0.01; done; echo first"_s), shell(u"echo second"_s),
+                shell(u"echo third"_s) });
+        const QList<std::pair<qsizetype, QByteArray>> expected { { 1, "second\n" }, { 2, "third\n" },
+            { 0, "first\n" } };
+        QCOMPARE(ended, expected);
+        QCOMPARE(outcomes.size(), 3);
+        QCOMPARE(outcomes.at(0).output, QByteArray("first\n"));
+        QCOMPARE(outcomes.at(2).output, QByteArray("third\n"));
+    }
+
+    void outcomesNotKeptStillComeOneByOne()
+    {
+        ProcessQueue queue(2, generousWaitMs);
+        queue.setKeepsOutcomes(false);
+        QSignalSpy ended(&queue, &ProcessQueue::jobEnded);
+        QVERIFY(runToEnd(queue, { shell(u"echo one"_s), shell(u"exit 4"_s) }).isEmpty());
+        QCOMPARE(ended.size(), 2);
+        QSet<qsizetype> jobs;
+        for (const QList<QVariant>& arguments : ended) {
+            const qsizetype job = arguments.at(0).value<qsizetype>();
+            const Outcome outcome = arguments.at(1).value<Outcome>();
+            jobs.insert(job);
+            QVERIFY(outcome.ran);
+            QCOMPARE(outcome.exitCode, job == 0 ? 0 : 4);
+            QCOMPARE(outcome.output, job == 0 ? QByteArray("one\n") : QByteArray());
+        }
+        QCOMPARE(jobs, QSet<qsizetype>({ 0, 1 }));
+    }
+
+    // A receiver that cancels on the first outcome hears nothing more of that run.
+    void cancelOnAnEndedJobStopsTheRun()
+    {
+        ProcessQueue queue(1, generousWaitMs);
+        QSignalSpy finished(&queue, &ProcessQueue::finished);
+        QSignalSpy progressed(&queue, &ProcessQueue::progressed);
+        qsizetype endedJobs = 0;
+        connect(&queue, &ProcessQueue::jobEnded, this, [&queue, &endedJobs] {
+            ++endedJobs;
+            queue.cancel();
+        });
+        queue.run({ shell(u"echo one"_s), shell(u"echo two"_s) });
+        QTRY_COMPARE_WITH_TIMEOUT(endedJobs, qsizetype(1), generousWaitMs);
+        QVERIFY(!finished.wait(1000));
+        QCOMPARE(endedJobs, qsizetype(1));
+        QCOMPARE(progressed.size(), 0);
+    }
+
+    // The program waits until it sees its priority lowered, so the answer does not depend on who runs
+    // first; were it never lowered, the time limit would stop it.
+    void programsRunAtALowerPriority()
+    {
+        const QByteArray own = QByteArray::number(getpriority(PRIO_PROCESS, 0));
+        ProcessQueue queue(1, 20000);
+        const QList<Outcome> outcomes = runToEnd(queue,
+            { shell(u"while [ $(ps -o ni= -p $$) -le "_s + QString::fromLatin1(own)
+                + u" ]; do sleep 0.01; done; ps -o ni= -p $$"_s) });
+        QCOMPARE(outcomes.size(), 1);
+        QCOMPARE(outcomes.first().problem, QString());
+        QCOMPARE(outcomes.first().output.trimmed(), QByteArray::number(std::min(own.toInt() + 10, 19)));
     }
 
     void standardInputIsEmpty()
