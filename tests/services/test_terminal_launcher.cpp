@@ -1,6 +1,7 @@
 #include "ServiceError.h"
 #include "TerminalLaunchError.h"
 #include "TerminalLauncher.h"
+#include "TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -74,14 +75,6 @@ TerminalApp iTerm()
 QString terminalScript(const QString& escaped)
 {
     return u"tell application \"Terminal\"\n    activate\n    do script \""_s + escaped + u"\"\nend tell"_s;
-}
-
-QString readFile(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return u"<unreadable>"_s;
-    return QString::fromUtf8(file.readAll());
 }
 
 /// Runs launch and returns the description of the ServiceError it threw, or an empty text when it did not.
@@ -366,7 +359,7 @@ private slots:
                                  u"      - title: SSH Connect\n"
                                  u"        layout:\n"_s
             + layout;
-        QCOMPARE(readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s), expected);
+        QCOMPARE(QString::fromUtf8(readBytes(m_warpDirectory + u"/tarnwick-connect.yaml"_s)), expected);
     }
 
     void secondWarpLaunchReplacesFirst()
@@ -376,7 +369,8 @@ private slots:
         launcher.launch(warp, u"ssh a-very-long-first-host-name-indeed"_s);
         launcher.launch(warp, u"ssh b"_s);
 
-        QVERIFY(readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s).endsWith(u"- exec: \"ssh b\""_s));
+        QVERIFY(QString::fromUtf8(readBytes(m_warpDirectory + u"/tarnwick-connect.yaml"_s))
+                    .endsWith(u"- exec: \"ssh b\""_s));
         QCOMPARE(
             QDir(m_warpDirectory).entryList(QDir::Files | QDir::Hidden), QStringList { u"tarnwick-connect.yaml"_s });
     }

@@ -1,7 +1,7 @@
 // Wiring of the known_hosts tab's tools for a changed host key: the fingerprint section, the host lookup,
 // removing one name of an entry and the pasted ssh warning, over real files and ssh-keygen's own answers.
 
-#include "KnownHostsView.h"
+#include "KnownHostsViewFixture.h"
 #include "MainWindow.h"
 #include "SSHConfigViewModel.h"
 #include "SshKeygen.h"
@@ -24,29 +24,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// The known_hosts tab on its own, over real files.
-struct Fixture
-{
-    explicit Fixture(const QString& knownHosts, const QString& config = QString())
-        : viewModel(&files.make(config, knownHosts))
-        , view(std::make_unique<KnownHostsView>(*viewModel))
-    {
-        view->resize(1000, 600);
-        view->show();
-    }
-
-    template<typename T> T* find(const QString& objectName) const { return child<T>(*view, objectName); }
-
-    void click(const QString& buttonName) const { QTest::mouseClick(find<QPushButton>(buttonName), Qt::LeftButton); }
-    void select(int entry) const
-    {
-        viewModel->setSelectedKnownHostEntryID(viewModel->filteredKnownHostEntries().at(entry).id());
-    }
-
-    WindowFixture files;
-    SSHConfigViewModel* viewModel;
-    std::unique_ptr<KnownHostsView> view;
-};
+using Fixture = KnownHostsViewFixture;
 
 } // namespace
 

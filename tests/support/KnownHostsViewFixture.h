@@ -1,0 +1,47 @@
+#pragma once
+
+// The known_hosts tab on its own, shown over real files.
+
+#include "KnownHostsView.h"
+#include "SSHConfigViewModel.h"
+#include "WidgetHelpers.h"
+#include "WindowFixture.h"
+
+#include <QListView>
+#include <QPushButton>
+#include <QTest>
+
+#include <memory>
+#include <optional>
+
+struct KnownHostsViewFixture
+{
+    explicit KnownHostsViewFixture(const QString& knownHosts, const QString& config = QString())
+        : viewModel(&files.make(config, knownHosts))
+        , view(std::make_unique<KnownHostsView>(*viewModel))
+    {
+        view->resize(1000, 600);
+        view->show();
+    }
+
+    template<typename T> T* find(const QString& objectName) const { return child<T>(*view, objectName); }
+
+    QListView* list() const { return find<QListView>(QStringLiteral("knownHostsList")); }
+    /// Clicks the list's row as a user would.
+    void selectRow(int row) const { clickRow(*list(), row); }
+    /// Selects the entry through the view model.
+    void select(int entry) const
+    {
+        viewModel->setSelectedKnownHostEntryID(viewModel->filteredKnownHostEntries().at(entry).id());
+    }
+    QString selectedFirstHost() const
+    {
+        const std::optional<KnownHostEntry> entry = viewModel->selectedKnownHostEntry();
+        return entry ? entry->hosts().value(0) : QString();
+    }
+    void click(const QString& buttonName) const { QTest::mouseClick(find<QPushButton>(buttonName), Qt::LeftButton); }
+
+    WindowFixture files;
+    SSHConfigViewModel* viewModel;
+    std::unique_ptr<KnownHostsView> view;
+};
