@@ -377,10 +377,8 @@ private slots:
 
     void warpDirectoryThatCannotBeMadeIsPlatformError()
     {
-        QFile blocker(m_dir.filePath(u"blocker"_s));
-        QVERIFY(blocker.open(QIODevice::WriteOnly));
-        blocker.close();
-        const QString directory = blocker.fileName() + u"/launch_configurations"_s;
+        QVERIFY(writeBytes(m_dir.filePath(u"blocker"_s), {}));
+        const QString directory = m_dir.filePath(u"blocker/launch_configurations"_s);
         TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, directory);
 
         try {
