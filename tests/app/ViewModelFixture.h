@@ -6,30 +6,13 @@
 
 #include "SSHConfigViewModel.h"
 #include "ServiceError.h"
+#include "TerminalApps.h"
 #include "TestFiles.h"
 #include "WindowFixture.h"
 
 #include <QTest>
 
 #include <optional>
-
-inline TerminalApp appleTerminalApp()
-{
-    return TerminalApp(
-        QStringLiteral("com.apple.Terminal"), QStringLiteral("Terminal"), TerminalApp::LaunchMode::appleTerminal);
-}
-
-inline TerminalApp iTermApp()
-{
-    return TerminalApp(
-        QStringLiteral("com.googlecode.iterm2"), QStringLiteral("iTerm2"), TerminalApp::LaunchMode::iTerm2);
-}
-
-inline TerminalApp genericApp()
-{
-    return TerminalApp(
-        QStringLiteral("org.example.Console"), QStringLiteral("Console"), TerminalApp::LaunchMode::generic);
-}
 
 /// The view model tests use the same fixture as the widget tests: real files in a temporary directory,
 /// a scripted discovery, a recording launcher and an in-memory preference store.

@@ -7,11 +7,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 const QString key = u"preferredTerminalBundleIdentifier"_s;
-
-TerminalApp warpApp()
-{
-    return TerminalApp(u"dev.warp.Warp-Stable"_s, u"Warp"_s, TerminalApp::LaunchMode::warp, u"warp"_s);
-}
 } // namespace
 
 class TestViewModelTerminal : public QObject

@@ -1,4 +1,5 @@
 #include "ServiceError.h"
+#include "TerminalApps.h"
 #include "TerminalLaunchError.h"
 #include "TerminalLauncher.h"
 #include "TestFiles.h"
@@ -59,18 +60,6 @@ struct RecordingPlatform
             throw *platformError;
     }
 };
-
-const QString terminalId = u"com.apple.Terminal"_s;
-const QString itermId = u"com.googlecode.iterm2"_s;
-
-TerminalApp appleTerminal()
-{
-    return TerminalApp(terminalId, u"Terminal"_s, LaunchMode::appleTerminal);
-}
-TerminalApp iTerm()
-{
-    return TerminalApp(itermId, u"iTerm2"_s, LaunchMode::iTerm2);
-}
 
 QString terminalScript(const QString& escaped)
 {
@@ -185,14 +174,14 @@ private slots:
         QFETCH(QString, escaped);
         TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
 
-        QCOMPARE(launcher.launch(appleTerminal(), command), false);
+        QCOMPARE(launcher.launch(appleTerminalApp(), command), false);
         QCOMPARE(m_platform.calls, QStringList { u"script:"_s + terminalScript(escaped) });
     }
 
     void iTermScriptIsExact()
     {
         TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
-        QCOMPARE(launcher.launch(iTerm(), u"ssh \"a\""_s), false);
+        QCOMPARE(launcher.launch(iTermApp(), u"ssh \"a\""_s), false);
 
         const QString expected = u"tell application \"iTerm\"\n"
                                  u"    activate\n"
@@ -229,7 +218,7 @@ private slots:
         m_platform.scriptError = error;
         TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
 
-        QCOMPARE(failureOf([&] { launcher.launch(appleTerminal(), u"ssh web"_s); }), description);
+        QCOMPARE(failureOf([&] { launcher.launch(appleTerminalApp(), u"ssh web"_s); }), description);
         QCOMPARE(m_platform.calls.size(), 1);
         QVERIFY(m_platform.calls.constFirst().startsWith(u"script:"_s));
     }
@@ -240,10 +229,11 @@ private slots:
         QTest::addColumn<QString>("message");
 
         QTest::newRow("not authorized, mixed case")
-            << appleTerminal() << u"Tarnwick is Not Authorized To Send Apple Events to Terminal."_s;
-        QTest::newRow("quoted error number") << appleTerminal() << u"{\n    NSAppleScriptErrorNumber = \"-1743\";\n}"_s;
-        QTest::newRow("bare error number") << iTerm() << u"{ NSAppleScriptErrorNumber = -1743; }"_s;
-        QTest::newRow("number anywhere") << iTerm() << u"error -1743 happened"_s;
+            << appleTerminalApp() << u"Tarnwick is Not Authorized To Send Apple Events to Terminal."_s;
+        QTest::newRow("quoted error number")
+            << appleTerminalApp() << u"{\n    NSAppleScriptErrorNumber = \"-1743\";\n}"_s;
+        QTest::newRow("bare error number") << iTermApp() << u"{ NSAppleScriptErrorNumber = -1743; }"_s;
+        QTest::newRow("number anywhere") << iTermApp() << u"error -1743 happened"_s;
     }
 
     void refusalFallsBackToClipboard()
@@ -268,11 +258,12 @@ private slots:
         QTest::addColumn<QString>("description");
 
         QTest::newRow("refused script, open exits non-zero")
-            << appleTerminal()
-            << std::shared_ptr<ServiceError>(new TerminalLaunchError(TerminalLaunchError::launchFailed(terminalId)))
+            << appleTerminalApp()
+            << std::shared_ptr<ServiceError>(
+                   new TerminalLaunchError(TerminalLaunchError::launchFailed(u"com.apple.Terminal"_s)))
             << u"Terminal app openen mislukt voor com.apple.Terminal."_s;
         QTest::newRow("refused script, open cannot start")
-            << appleTerminal() << std::shared_ptr<ServiceError>(new PlatformError(u"No such file or directory"_s))
+            << appleTerminalApp() << std::shared_ptr<ServiceError>(new PlatformError(u"No such file or directory"_s))
             << u"No such file or directory"_s;
         QTest::newRow("generic, open fails") << TerminalApp(u"com.example.Term"_s, u"Term"_s, LaunchMode::generic)
                                              << std::shared_ptr<ServiceError>(new TerminalLaunchError(
@@ -298,7 +289,7 @@ private slots:
     void missingScriptRunnerFails()
     {
         TerminalLauncher launcher({}, {}, {}, {}, {});
-        QCOMPARE(failureOf([&] { launcher.launch(iTerm(), u"ssh web"_s); }),
+        QCOMPARE(failureOf([&] { launcher.launch(iTermApp(), u"ssh web"_s); }),
             u"Terminalscript mislukt: Geen scriptomgeving beschikbaar."_s);
     }
 
