@@ -34,11 +34,7 @@ struct KnownHostsViewFixture
     {
         viewModel->setSelectedKnownHostEntryID(viewModel->filteredKnownHostEntries().at(entry).id());
     }
-    QString selectedFirstHost() const
-    {
-        const std::optional<KnownHostEntry> entry = viewModel->selectedKnownHostEntry();
-        return entry ? entry->hosts().value(0) : QString();
-    }
+    QString selectedFirstHost() const { return selectedEntryHost(*viewModel); }
     void click(const QString& buttonName) const { QTest::mouseClick(find<QPushButton>(buttonName), Qt::LeftButton); }
 
     WindowFixture files;

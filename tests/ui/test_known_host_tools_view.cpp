@@ -116,13 +116,13 @@ private Q_SLOTS:
         QTRY_VERIFY(comparison->isVisible());
         QCOMPARE(child<QLabel>(window, u"hostKeyChangeOldFingerprint"_s)->text(), m_sha256);
         QCOMPARE(child<QLabel>(window, u"hostKeyChangeNewFingerprint"_s)->text(), newFingerprint);
-        QCOMPARE(selectedEntryHostOf(vm), u"web-1"_s);
+        QCOMPARE(selectedEntryHost(vm), u"web-1"_s);
         auto* remove = child<QPushButton>(window, u"hostKeyChangeRemoveButton"_s);
         QVERIFY(remove->isEnabled());
         QVERIFY(!remove->accessibleName().isEmpty());
         remove->click();
         QCOMPARE(vm.knownHostsEntryCount(), 1);
-        QCOMPARE(selectedEntryHostOf(vm), u"db-1"_s);
+        QCOMPARE(selectedEntryHost(vm), u"db-1"_s);
         QVERIFY(!remove->isEnabled());
         child<QPushButton>(window, u"hostKeyChangeCloseButton"_s)->click();
         QTRY_VERIFY(!comparison->isVisible());
@@ -142,7 +142,7 @@ private Q_SLOTS:
         QVERIFY(!link->accessibleName().isEmpty());
         link->click();
         QCOMPARE(vm.activeEditorTab(), SSHConfigViewModel::EditorTab::knownHosts);
-        QCOMPARE(selectedEntryHostOf(vm), u"web-1"_s);
+        QCOMPARE(selectedEntryHost(vm), u"web-1"_s);
         QCOMPARE(child<QListView>(window, u"knownHostsList"_s)->model()->rowCount(), 1);
         QPushButton* back = nullptr;
         QTRY_VERIFY((back = window.findChild<QPushButton*>(u"knownHostConfigHost0"_s)) && back->isVisible());
@@ -153,12 +153,6 @@ private Q_SLOTS:
     }
 
 private:
-    static QString selectedEntryHostOf(const SSHConfigViewModel& vm)
-    {
-        const std::optional<KnownHostEntry> entry = vm.selectedKnownHostEntry();
-        return entry ? entry->hosts().value(0) : QString();
-    }
-
     SshKeygen m_keygen;
     QString m_key;
     QString m_sha256;
