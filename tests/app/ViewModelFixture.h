@@ -6,6 +6,7 @@
 
 #include "SSHConfigViewModel.h"
 #include "ServiceError.h"
+#include "TerminalApps.h"
 #include "TestFiles.h"
 #include "WindowFixture.h"
 
@@ -13,47 +14,6 @@
 
 #include <optional>
 
-inline TerminalApp appleTerminalApp()
-{
-    return TerminalApp(
-        QStringLiteral("com.apple.Terminal"), QStringLiteral("Terminal"), TerminalApp::LaunchMode::appleTerminal);
-}
-
-inline TerminalApp iTermApp()
-{
-    return TerminalApp(
-        QStringLiteral("com.googlecode.iterm2"), QStringLiteral("iTerm2"), TerminalApp::LaunchMode::iTerm2);
-}
-
-inline TerminalApp genericApp()
-{
-    return TerminalApp(
-        QStringLiteral("org.example.Console"), QStringLiteral("Console"), TerminalApp::LaunchMode::generic);
-}
-
 /// The view model tests use the same fixture as the widget tests: real files in a temporary directory,
 /// a scripted discovery, a recording launcher and an in-memory preference store.
 using ViewModelFixture = WindowFixture;
-
-/// The first pattern of every host, in document order.
-inline QStringList firstPatterns(const QList<SSHHost>& hosts)
-{
-    QStringList result;
-    for (const SSHHost& host : hosts)
-        result.append(host.patterns.value(0));
-    return result;
-}
-
-/// The first pattern of the selected host, or an empty text.
-inline QString selectedHostName(const SSHConfigViewModel& viewModel)
-{
-    const std::optional<qsizetype> index = viewModel.selectedHostIndex();
-    return index ? viewModel.document().hosts.at(*index).patterns.value(0) : QString();
-}
-
-/// The first host of the selected known_hosts entry, or an empty text.
-inline QString selectedEntryHost(const SSHConfigViewModel& viewModel)
-{
-    const std::optional<KnownHostEntry> entry = viewModel.selectedKnownHostEntry();
-    return entry ? entry->hosts().value(0) : QString();
-}

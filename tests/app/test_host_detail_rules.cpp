@@ -21,46 +21,40 @@ class TestHostDetailRules : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void patternsFromText_data()
+    // Host patterns split at any white space and default to "*"; groups split at commas. Either list
+    // written as field text reads back as itself.
+    void listsFromText_data()
     {
+        QTest::addColumn<bool>("groups");
         QTest::addColumn<QString>("text");
-        QTest::addColumn<QStringList>("patterns");
-        QTest::newRow("one") << u"web"_s << QStringList { u"web"_s };
-        QTest::newRow("runs of blanks") << u"web  db"_s << QStringList { u"web"_s, u"db"_s };
-        QTest::newRow("tab and line break") << u"a\tb\nc\r\nd"_s << QStringList { u"a"_s, u"b"_s, u"c"_s, u"d"_s };
-        QTest::newRow("no-break and ideographic space")
-            << u"a\u00a0b\u3000c"_s << QStringList { u"a"_s, u"b"_s, u"c"_s };
-        QTest::newRow("blanks at both ends") << u" \t web \n"_s << QStringList { u"web"_s };
-        QTest::newRow("empty gives star") << QString() << QStringList { u"*"_s };
-        QTest::newRow("white space only gives star") << u" \t\n"_s << QStringList { u"*"_s };
-        QTest::newRow("commas are not separators") << u"a,b"_s << QStringList { u"a,b"_s };
-    }
-    void patternsFromText()
-    {
-        QFETCH(QString, text);
-        QFETCH(QStringList, patterns);
-        QCOMPARE(HostDetailRules::patternsFromText(text), patterns);
-        QCOMPARE(HostDetailRules::patternsFromText(HostDetailRules::patternsText(patterns)), patterns);
-    }
-
-    void groupsFromText_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QStringList>("groups");
-        QTest::newRow("empty") << QString() << QStringList();
-        QTest::newRow("commas only") << u", ,,"_s << QStringList();
-        QTest::newRow("blank, empty piece, trailing comma")
+        QTest::addColumn<QStringList>("list");
+        const auto patterns = [](const char* tag) -> QTestData& { return QTest::addRow("patterns: %s", tag) << false; };
+        patterns("one") << u"web"_s << QStringList { u"web"_s };
+        patterns("runs of blanks") << u"web  db"_s << QStringList { u"web"_s, u"db"_s };
+        patterns("tab and line break") << u"a\tb\nc\r\nd"_s << QStringList { u"a"_s, u"b"_s, u"c"_s, u"d"_s };
+        patterns("no-break and ideographic space") << u"a\u00a0b\u3000c"_s << QStringList { u"a"_s, u"b"_s, u"c"_s };
+        patterns("blanks at both ends") << u" \t web \n"_s << QStringList { u"web"_s };
+        patterns("empty gives star") << QString() << QStringList { u"*"_s };
+        patterns("white space only gives star") << u" \t\n"_s << QStringList { u"*"_s };
+        patterns("commas are not separators") << u"a,b"_s << QStringList { u"a,b"_s };
+        const auto groups = [](const char* tag) -> QTestData& { return QTest::addRow("groups: %s", tag) << true; };
+        groups("empty") << QString() << QStringList();
+        groups("commas only") << u", ,,"_s << QStringList();
+        groups("blank, empty piece, trailing comma")
             << u" werk,, klanten,"_s << QStringList { u"werk"_s, u"klanten"_s };
-        QTest::newRow("line breaks trimmed") << u"\nwerk\t,klanten\n"_s << QStringList { u"werk"_s, u"klanten"_s };
-        QTest::newRow("duplicates and case kept") << u"a, A, a"_s << QStringList { u"a"_s, u"A"_s, u"a"_s };
-        QTest::newRow("inner blanks kept") << u"mijn  klanten"_s << QStringList { u"mijn  klanten"_s };
+        groups("line breaks trimmed") << u"\nwerk\t,klanten\n"_s << QStringList { u"werk"_s, u"klanten"_s };
+        groups("duplicates and case kept") << u"a, A, a"_s << QStringList { u"a"_s, u"A"_s, u"a"_s };
+        groups("inner blanks kept") << u"mijn  klanten"_s << QStringList { u"mijn  klanten"_s };
     }
-    void groupsFromText()
+    void listsFromText()
     {
+        QFETCH(bool, groups);
         QFETCH(QString, text);
-        QFETCH(QStringList, groups);
-        QCOMPARE(HostDetailRules::groupsFromText(text), groups);
-        QCOMPARE(HostDetailRules::groupsFromText(HostDetailRules::groupsText(groups)), groups);
+        QFETCH(QStringList, list);
+        const auto fromText = groups ? HostDetailRules::groupsFromText : HostDetailRules::patternsFromText;
+        const auto toText = groups ? HostDetailRules::groupsText : HostDetailRules::patternsText;
+        QCOMPARE(fromText(text), list);
+        QCOMPARE(fromText(toText(list)), list);
     }
 
     void optionValueIsTheFirstMatchIgnoringCase()

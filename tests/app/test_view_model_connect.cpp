@@ -26,9 +26,10 @@ void selectHostWithPatterns(SSHConfigViewModel& vm, const QStringList& patterns,
     vm.setSelectedHostID(vm.document().hosts.last().id());
 }
 
-// A view model whose selected host or entry carries name: "config" and "known_hosts" write it into the
-// file ("known_hosts port" as "[name]:2222"), "editor" stores it through the host editor.
-SSHConfigViewModel& makeConnectingTo(ViewModelFixture& fixture, const QString& source, const QString& name)
+// A view model that has connected to its selected host or entry, which carries name: "config" and
+// "known_hosts" write it into the file ("known_hosts port" as "[name]:2222"), "editor" stores it through
+// the host editor.
+SSHConfigViewModel& connectedTo(ViewModelFixture& fixture, const QString& source, const QString& name)
 {
     if (source == u"config"_s)
         fixture.writeConfig(u"Host "_s + name + u"\n"_s);
@@ -39,6 +40,10 @@ SSHConfigViewModel& makeConnectingTo(ViewModelFixture& fixture, const QString& s
     SSHConfigViewModel& vm = fixture.make();
     if (source == u"editor"_s)
         selectHostWithPatterns(vm, { name });
+    if (source.startsWith(u"known_hosts"_s))
+        vm.connectSelectedKnownHostEntry();
+    else
+        vm.connectSelectedHost();
     return vm;
 }
 
@@ -142,6 +147,16 @@ private Q_SLOTS:
             started + u"web-01:2222"_s);
         row("entry: dash after user", {}, u"deploy@-x ssh-rsa AAAA\n"_s, ok, u"ssh deploy@-x"_s,
             started + u"deploy@-x"_s);
+        // Refusals that come before the name check, whatever the name.
+        row("host: disabled, name like an option", u"# Host -oFoo\n#     HostName x\n"_s, {}, ok, {},
+            u"Host is uitgeschakeld en kan niet direct verbinden."_s);
+        row("entry: commented out, name like an option", {}, u"# -oFoo ssh-rsa AAAA\n"_s, ok, {},
+            u"Deze known_hosts entry is uitgecommentarieerd."_s);
+        row("entry: user at bracketed port, name like an option", {}, u"ops@[-oFoo]:2200 ssh-rsa AAAA\n"_s, ok, {},
+            unusable);
+        row("entry: huge port", {}, u"[gitbox]:"_s + QString(5000, u'2') + u" ssh-ed25519 AAAA\n"_s, ok, {},
+            u"Dit poortnummer (\""_s + QString(40, u'2')
+                + u"…\") is te lang om aan ssh door te geven (5000 tekens, hooguit 1024); niet verbonden."_s);
     }
 
     void connect()
@@ -217,52 +232,7 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QString, status);
         ViewModelFixture fixture;
-        SSHConfigViewModel& vm = makeConnectingTo(fixture, source, name);
-        if (source.startsWith(u"known_hosts"_s))
-            vm.connectSelectedKnownHostEntry();
-        else
-            vm.connectSelectedHost();
-        QCOMPARE(vm.statusMessage(), status);
-        QCOMPARE(fixture.launcher->calls.size(), 0);
-    }
-
-    void hugePortIsRefused()
-    {
-        ViewModelFixture fixture;
-        const QString port(5000, u'2');
-        SSHConfigViewModel& vm = fixture.make({}, u"[gitbox]:"_s + port + u" ssh-ed25519 AAAA\n"_s);
-        vm.connectSelectedKnownHostEntry();
-        QCOMPARE(vm.statusMessage(),
-            u"Dit poortnummer (\""_s + QString(40, u'2')
-                + u"…\") is te lang om aan ssh door te geven (5000 tekens, hooguit 1024); niet verbonden."_s);
-        QCOMPARE(fixture.launcher->calls.size(), 0);
-    }
-
-    void refusalsBeforeTheNameCheckComeFirst_data()
-    {
-        QTest::addColumn<QString>("config");
-        QTest::addColumn<QString>("knownHosts");
-        QTest::addColumn<QString>("status");
-        QTest::newRow("disabled host") << u"# Host -oFoo\n#     HostName x\n"_s << QString()
-                                       << u"Host is uitgeschakeld en kan niet direct verbinden."_s;
-        QTest::newRow("commented-out entry")
-            << QString() << u"# -oFoo ssh-rsa AAAA\n"_s << u"Deze known_hosts entry is uitgecommentarieerd."_s;
-        QTest::newRow("user at bracketed port") << QString() << u"ops@[-oFoo]:2200 ssh-rsa AAAA\n"_s
-                                                << u"Geen direct bruikbare host in deze known_hosts entry (mogelijk "
-                                                   u"hashed of wildcard)."_s;
-    }
-
-    void refusalsBeforeTheNameCheckComeFirst()
-    {
-        QFETCH(QString, config);
-        QFETCH(QString, knownHosts);
-        QFETCH(QString, status);
-        ViewModelFixture fixture;
-        SSHConfigViewModel& vm = fixture.make(config, knownHosts);
-        if (knownHosts.isEmpty())
-            vm.connectSelectedHost();
-        else
-            vm.connectSelectedKnownHostEntry();
+        SSHConfigViewModel& vm = connectedTo(fixture, source, name);
         QCOMPARE(vm.statusMessage(), status);
         QCOMPARE(fixture.launcher->calls.size(), 0);
     }
@@ -291,11 +261,7 @@ private Q_SLOTS:
         QFETCH(QString, name);
         QFETCH(QStringList, arguments);
         ViewModelFixture fixture;
-        SSHConfigViewModel& vm = makeConnectingTo(fixture, source, name);
-        if (source.startsWith(u"known_hosts"_s))
-            vm.connectSelectedKnownHostEntry();
-        else
-            vm.connectSelectedHost();
+        SSHConfigViewModel& vm = connectedTo(fixture, source, name);
         QVERIFY2(fixture.launcher->calls.size() == 1, qPrintable(vm.statusMessage()));
 
         // A stand-in ssh that prints each argument it receives on a line of its own.

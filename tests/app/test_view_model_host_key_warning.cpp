@@ -2,41 +2,13 @@
 // new one, for every key type, plain and hashed names (ssh-keygen -H) and a non-standard port. ssh-keygen
 // makes the keys, prints both fingerprints, hashes the file and says which line ssh reads for the host.
 
+#include "HostKeyWarningText.h"
 #include "SshKeygen.h"
 #include "ViewModelFixture.h"
 
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
-
-namespace
-{
-
-// The text OpenSSH 9.x prints (sshconnect.c) for a changed key, lines ended as on a terminal.
-QString changedKeyText(
-    const QString& type, const QString& newFingerprint, const QString& file, int line, const QString& host)
-{
-    return QStringList {
-        u"@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@"_s,
-        u"@    WARNING: REMOTE HOST IDENTIFICATION HAS CHANGED!     @"_s,
-        u"@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@"_s,
-        u"IT IS POSSIBLE THAT SOMEONE IS DOING SOMETHING NASTY!"_s,
-        u"Someone could be eavesdropping on you right now (man-in-the-middle attack)!"_s,
-        u"It is also possible that a host key has just been changed."_s,
-        u"The fingerprint for the "_s + type + u" key sent by the remote host is"_s,
-        newFingerprint + u"."_s,
-        u"Please contact your system administrator."_s,
-        u"Add correct host key in "_s + file + u" to get rid of this message."_s,
-        u"Offending "_s + type + u" key in "_s + file + u":"_s + QString::number(line),
-        u"  remove with:"_s,
-        u"  ssh-keygen -f \""_s + file + u"\" -R \""_s + host + u"\""_s,
-        u"Host key for "_s + host + u" has changed and you have requested strict checking."_s,
-        u"Host key verification failed."_s,
-    }
-        .join(u"\r\n"_s);
-}
-
-} // namespace
 
 class TestViewModelHostKeyWarning : public QObject
 {
@@ -88,7 +60,8 @@ private Q_SLOTS:
 
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make(QString(), text);
-        vm.applyHostKeyWarning(changedKeyText(sshType, fingerprintOf(newKey), fixture.knownHostsPath(), line, host));
+        vm.applyHostKeyWarning(
+            changedHostKeyText(sshType, fingerprintOf(newKey), fixture.knownHostsPath(), line, host));
 
         QCOMPARE(vm.activeEditorTab(), SSHConfigViewModel::EditorTab::knownHosts);
         QVERIFY(vm.selectedKnownHostEntry());
@@ -116,7 +89,7 @@ private Q_SLOTS:
         SSHConfigViewModel& vm
             = fixture.make(QString(), u"a "_s + other + u"\nb "_s + other + u"\nweb-1 "_s + oldKey + u"\n"_s);
         vm.applyHostKeyWarning(
-            changedKeyText(u"ED25519"_s, fingerprintOf(other), fixture.knownHostsPath(), 2, u"web-1"_s));
+            changedHostKeyText(u"ED25519"_s, fingerprintOf(other), fixture.knownHostsPath(), 2, u"web-1"_s));
         QCOMPARE(selectedEntryHost(vm), u"web-1"_s);
     }
 
@@ -126,7 +99,7 @@ private Q_SLOTS:
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make(QString(), u"web-1 "_s + key + u"\n"_s);
         vm.applyHostKeyWarning(
-            changedKeyText(u"ED25519"_s, fingerprintOf(key), u"/etc/ssh/ssh_known_hosts"_s, 1, u"db-9"_s));
+            changedHostKeyText(u"ED25519"_s, fingerprintOf(key), u"/etc/ssh/ssh_known_hosts"_s, 1, u"db-9"_s));
         QCOMPARE(vm.statusMessage(),
             u"De oude sleutel staat in /etc/ssh/ssh_known_hosts, niet in "_s + fixture.knownHostsPath() + u"."_s);
         QVERIFY(vm.hostKeyChange());
@@ -150,7 +123,7 @@ private Q_SLOTS:
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make(QString(), u"web-1 "_s + oldKey + u"\n"_s);
         vm.applyHostKeyWarning(
-            changedKeyText(u"ECDSA"_s, fingerprintOf(newKey), fixture.knownHostsPath(), 1, u"web-1"_s));
+            changedHostKeyText(u"ECDSA"_s, fingerprintOf(newKey), fixture.knownHostsPath(), 1, u"web-1"_s));
         vm.deleteSelectedKnownHostEntry();
         QCOMPARE(vm.knownHostsEntryCount(), 0);
         vm.undo();

@@ -3,12 +3,15 @@
 
 #include "ViewModelFixture.h"
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace
 {
 
 using Seed = SSHConfigViewModel::KnownHostSeed;
+using Action = std::function<void(SSHConfigViewModel&)>;
 
 KnownHostEntry entryWithHosts(const QStringList& hosts)
 {
@@ -38,6 +41,8 @@ const QString sample = u"alpha,10.0.0.1 ssh-ed25519 AAAAC3alpha laptop key\n"
                        "# gamma ssh-ed25519 AAAAC3gamma\n"_s;
 
 } // namespace
+
+Q_DECLARE_METATYPE(Action)
 
 class TestViewModelKnownHosts : public QObject
 {
@@ -103,39 +108,24 @@ private Q_SLOTS:
 
     void refusalsWithoutSelection_data()
     {
-        QTest::addColumn<int>("action");
-        QTest::newRow("marker") << 0;
-        QTest::newRow("comment") << 1;
-        QTest::newRow("delete") << 2;
-        QTest::newRow("open host") << 3;
-        QTest::newRow("connect") << 4;
+        QTest::addColumn<Action>("action");
+        QTest::newRow("marker") << Action(
+            [](auto& vm) { vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked); });
+        QTest::newRow("comment") << Action([](auto& vm) { vm.toggleCommentOnSelectedKnownHostEntry(); });
+        QTest::newRow("delete") << Action([](auto& vm) { vm.deleteSelectedKnownHostEntry(); });
+        QTest::newRow("open host") << Action([](auto& vm) { vm.openSSHHostForSelectedKnownHostEntry(); });
+        QTest::newRow("connect") << Action([](auto& vm) { vm.connectSelectedKnownHostEntry(); });
     }
 
     void refusalsWithoutSelection()
     {
-        QFETCH(int, action);
+        QFETCH(Action, action);
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make(QString(), sample);
         vm.setSelectedKnownHostEntryID(createRandomUuid());
         QVERIFY(!vm.selectedKnownHostEntry());
         QCOMPARE(vm.knownHostCommentActionTitle(), u"Comment Out"_s);
-        switch (action) {
-        case 0:
-            vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked);
-            break;
-        case 1:
-            vm.toggleCommentOnSelectedKnownHostEntry();
-            break;
-        case 2:
-            vm.deleteSelectedKnownHostEntry();
-            break;
-        case 3:
-            vm.openSSHHostForSelectedKnownHostEntry();
-            break;
-        default:
-            vm.connectSelectedKnownHostEntry();
-            break;
-        }
+        action(vm);
         QCOMPARE(vm.statusMessage(), u"Selecteer eerst een known_hosts entry."_s);
         QVERIFY(!vm.knownHostsDirty());
         QCOMPARE(vm.knownHostsEntryCount(), 4);

@@ -61,24 +61,39 @@ private Q_SLOTS:
         QCOMPARE(selectedEntryHost(vm), u"web.example.com"_s);
     }
 
-    void statusSentence_data()
+    // What a known_hosts file loads as: the entries counted (commented-out ones too), the unreadable
+    // lines, the status sentence and the entry selected first.
+    void knownHostsFile_data()
     {
         QTest::addColumn<QString>("knownHosts");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("all lines readable")
-            << u"a ssh-ed25519 AAAA\n"_s << u"SSH configuratie geladen. known_hosts geladen."_s;
-        QTest::newRow("two unreadable lines")
-            << u"a ssh-ed25519 AAAA\nnonsense\nmore nonsense\n"_s
-            << u"SSH configuratie geladen. known_hosts geladen met 2 parsefout(en)."_s;
+        QTest::addColumn<int>("entries");
+        QTest::addColumn<int>("errors");
+        QTest::addColumn<QString>("selected");
+        QTest::newRow("all lines readable") << u"a ssh-ed25519 AAAA\n"_s << 1 << 0 << u"a"_s;
+        QTest::newRow("two unreadable lines") << u"a ssh-ed25519 AAAA\nnonsense\nmore nonsense\n"_s << 1 << 2 << u"a"_s;
+        QTest::newRow("commented-out entries count")
+            << u"a ssh-rsa AAAA\n# b ssh-rsa BBBB\n# just words\n\nbroken\nc ssh-ed25519 CCCC\n"_s << 3 << 1 << u"a"_s;
+        QTest::newRow("comment before the first entry")
+            << u"# c\nfirst ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s << 2 << 0 << u"first"_s;
+        QTest::newRow("commented-out entry is selected")
+            << u"# gone ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s << 2 << 0 << u"gone"_s;
+        QTest::newRow("no entries") << u"# note\n\n"_s << 0 << 0 << QString();
     }
 
-    void statusSentence()
+    void knownHostsFile()
     {
         QFETCH(QString, knownHosts);
-        QFETCH(QString, expected);
+        QFETCH(int, entries);
+        QFETCH(int, errors);
+        QFETCH(QString, selected);
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make(u"Host a\n"_s, knownHosts);
-        QCOMPARE(vm.statusMessage(), expected);
+        QCOMPARE(vm.knownHostsEntryCount(), entries);
+        QCOMPARE(vm.knownHostsParseErrors().size(), errors);
+        QCOMPARE(vm.statusMessage(),
+            errors == 0 ? u"SSH configuratie geladen. known_hosts geladen."_s
+                        : u"SSH configuratie geladen. known_hosts geladen met %1 parsefout(en)."_s.arg(errors));
+        QCOMPARE(selectedEntryHost(vm), selected);
     }
 
     void configNotUtf8KeepsConfigState()
@@ -145,26 +160,6 @@ private Q_SLOTS:
         QCOMPARE(vm.selectedHostID().has_value(), !expected.isEmpty());
     }
 
-    void knownHostSelectionRepair_data()
-    {
-        QTest::addColumn<QString>("knownHosts");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("comment before the first entry")
-            << u"# c\nfirst ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s << u"first"_s;
-        QTest::newRow("commented-out entry is an entry")
-            << u"# gone ssh-rsa AAAA\nsecond ssh-rsa BBBB\n"_s << u"gone"_s;
-        QTest::newRow("no entries") << u"# note\n\n"_s << QString();
-    }
-
-    void knownHostSelectionRepair()
-    {
-        QFETCH(QString, knownHosts);
-        QFETCH(QString, expected);
-        ViewModelFixture fixture;
-        SSHConfigViewModel& vm = fixture.make(QString(), knownHosts);
-        QCOMPARE(selectedEntryHost(vm), expected);
-    }
-
     void reloadChoosesNewIdentities()
     {
         ViewModelFixture fixture;
@@ -193,15 +188,6 @@ private Q_SLOTS:
         QVERIFY(!vm.rawTextDirty());
         QCOMPARE(vm.rawText(), u"Host web\n"_s);
         QCOMPARE(firstPatterns(vm.document().hosts), QStringList { u"web"_s });
-    }
-
-    void entryCountIncludesCommentedOutEntries()
-    {
-        ViewModelFixture fixture;
-        SSHConfigViewModel& vm = fixture.make(
-            QString(), u"a ssh-rsa AAAA\n# b ssh-rsa BBBB\n# just words\n\nbroken\nc ssh-ed25519 CCCC\n"_s);
-        QCOMPARE(vm.knownHostsEntryCount(), 3);
-        QCOMPARE(vm.knownHostsParseErrors().size(), 1);
     }
 };
 

@@ -54,24 +54,33 @@ private Q_SLOTS:
                 m_keygen.run({ u"-F"_s, host, u"-f"_s, path }).output.contains(u"found: line 2"_s), qPrintable(host));
     }
 
-    void onlyNameIsRefused()
+    // A refusal says why, changes nothing and is no step to undo.
+    void refusals_data()
     {
-        ViewModelFixture fixture;
-        SSHConfigViewModel& vm = fixture.make(QString(), u"host1 "_s + m_key + u"\n"_s);
-        vm.removeHostFromSelectedKnownHostEntry(0);
-        QCOMPARE(vm.statusMessage(),
-            u"Dit is de enige host van deze entry; gebruik Remove om de hele entry te verwijderen."_s);
-        QVERIFY(!vm.knownHostsDirty());
-        QCOMPARE(vm.selectedKnownHostEntry()->hosts(), QStringList { u"host1"_s });
+        QTest::addColumn<QString>("hosts");
+        QTest::addColumn<bool>("selected");
+        QTest::addColumn<QString>("status");
+        QTest::newRow("only name") << u"host1"_s << true
+                                   << u"Dit is de enige host van deze entry; gebruik Remove om de hele entry te "
+                                      u"verwijderen."_s;
+        QTest::newRow("nothing selected") << u"a,b"_s << false << u"Selecteer eerst een known_hosts entry."_s;
     }
 
-    void nothingSelected()
+    void refusals()
     {
+        QFETCH(QString, hosts);
+        QFETCH(bool, selected);
+        QFETCH(QString, status);
         ViewModelFixture fixture;
-        SSHConfigViewModel& vm = fixture.make(QString(), u"a,b "_s + m_key + u"\n"_s);
-        vm.setSelectedKnownHostEntryID(std::nullopt);
+        SSHConfigViewModel& vm = fixture.make(QString(), hosts + u' ' + m_key + u"\n"_s);
+        vm.setActiveEditorTab(SSHConfigViewModel::EditorTab::knownHosts);
+        if (!selected)
+            vm.setSelectedKnownHostEntryID(std::nullopt);
         vm.removeHostFromSelectedKnownHostEntry(0);
-        QCOMPARE(vm.statusMessage(), u"Selecteer eerst een known_hosts entry."_s);
+        QCOMPARE(vm.statusMessage(), status);
+        QVERIFY(!vm.knownHostsDirty());
+        QVERIFY(!vm.canUndo());
+        QCOMPARE(vm.knownHostsDocument().records().first().kind().entry()->hosts(), hosts.split(u','));
     }
 
     void hashedFlagFollowsTheNamesLeft()
@@ -120,15 +129,6 @@ private Q_SLOTS:
         vm.saveKnownHosts();
         QCOMPARE(WindowFixture::readText(path), original);
         QVERIFY(m_keygen.run({ u"-F"_s, u"host2"_s, u"-f"_s, path }).output.contains(u"found: line 1"_s));
-    }
-
-    void refusalIsNoStep()
-    {
-        ViewModelFixture fixture;
-        SSHConfigViewModel& vm = fixture.make(QString(), u"host1 "_s + m_key + u"\n"_s);
-        vm.setActiveEditorTab(SSHConfigViewModel::EditorTab::knownHosts);
-        vm.removeHostFromSelectedKnownHostEntry(0);
-        QVERIFY(!vm.canUndo());
     }
 
 private:

@@ -10,19 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
 using EditorTab = SSHConfigViewModel::EditorTab;
-
-QStringList backupsIn(const QString& directory, const QString& fileName)
-{
-    return QDir(directory).entryList({ fileName + u".backup-*"_s }, QDir::Files, QDir::Name);
-}
-
-QString sshDirectory(const ViewModelFixture& fixture)
-{
-    return fixture.directory.filePath(u".ssh"_s);
-}
-
 } // namespace
 
 class TestViewModelSaving : public QObject
@@ -52,11 +40,11 @@ private Q_SLOTS:
         const QString written = QString::fromUtf8(readBytes(path));
         QVERIFY2(written.contains(u"Port 2222"_s), qPrintable(written));
         QVERIFY(!written.contains(u"Port 22\n"_s));
-        const QStringList backups = backupsIn(sshDirectory(fixture), u"config"_s);
+        const QStringList backups = WindowFixture::backupsOf(fixture.configPath());
         QCOMPARE(backups.size(), 1);
         static const QRegularExpression backupName(u"^config\\.backup-\\d{8}-\\d{6}-\\d{3}-[0-9A-F]{8}$"_s);
         QVERIFY2(backupName.match(backups.first()).hasMatch(), qPrintable(backups.first()));
-        const QString backupPath = QDir(sshDirectory(fixture)).filePath(backups.first());
+        const QString backupPath = QFileInfo(fixture.configPath()).dir().filePath(backups.first());
         QCOMPARE(QString::fromUtf8(readBytes(backupPath)), original);
         QCOMPARE(vm.lastBackupPath(), backupPath);
         QCOMPARE(vm.statusMessage(), u"Opgeslagen naar "_s + path + u" met backup."_s);
@@ -168,7 +156,7 @@ private Q_SLOTS:
         QCOMPARE(vm.parseErrors().size(), 1);
         QCOMPARE(vm.document(), before);
         QCOMPARE(QString::fromUtf8(readBytes(fixture.configPath())), u"Host old\n"_s);
-        QVERIFY(backupsIn(sshDirectory(fixture), u"config"_s).isEmpty());
+        QVERIFY(WindowFixture::backupsOf(fixture.configPath()).isEmpty());
         QVERIFY(vm.rawTextDirty());
     }
 

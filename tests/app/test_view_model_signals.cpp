@@ -5,6 +5,8 @@
 #include <QMetaProperty>
 #include <QSignalSpy>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -51,7 +53,11 @@ private:
     std::map<QString, std::unique_ptr<QSignalSpy>> m_spies;
 };
 
+using Operation = std::function<void(SSHConfigViewModel&, PropertySpies&)>;
+
 } // namespace
+
+Q_DECLARE_METATYPE(Operation)
 
 class TestViewModelSignals : public QObject
 {
@@ -100,72 +106,48 @@ private Q_SLOTS:
 
     void operations_data()
     {
-        QTest::addColumn<int>("operation");
+        QTest::addColumn<Operation>("operation");
         QTest::addColumn<QStringList>("fired");
-        QTest::newRow("addHost") << 0
-                                 << QStringList { u"document=1"_s, u"rawEditorDirty=1"_s, u"selectedHostID=1"_s,
-                                        u"selectedHostKnownHostsLink=1"_s, u"undoHistory=1"_s };
-        QTest::newRow("updateHost with an equal host") << 1 << QStringList { u"rawEditorDirty=1"_s };
-        QTest::newRow("reload of unchanged files")
-            << 2
-            << QStringList { u"document=1"_s, u"knownHostsDocument=1"_s, u"selectedHostID=1"_s,
-                   u"selectedKnownHostEntryID=1"_s, u"undoHistory=2"_s };
-        QTest::newRow("marker") << 3
-                                << QStringList { u"knownHostsDirty=1"_s, u"knownHostsDocument=1"_s,
-                                       u"statusMessage=1"_s, u"undoHistory=1"_s };
-        QTest::newRow("delete entry") << 4
-                                      << QStringList { u"knownHostsDirty=1"_s, u"knownHostsDocument=1"_s,
-                                             u"knownHostsEntryCount=1"_s, u"selectedKnownHostEntryID=1"_s,
-                                             u"selectedKnownHostFingerprints=1"_s, u"statusMessage=1"_s,
-                                             u"undoHistory=1"_s };
-        QTest::newRow("save config") << 5
-                                     << QStringList { u"lastBackupPath=1"_s, u"rawText=1"_s, u"statusMessage=1"_s };
-        QTest::newRow("refresh terminals, same list") << 6 << QStringList {};
-        QTest::newRow("select other terminal") << 7 << QStringList { u"selectedTerminalBundleIdentifier=1"_s };
-        QTest::newRow("parse with errors")
-            << 8
-            << QStringList { u"document=1"_s, u"parseErrors=1"_s, u"rawEditorDirty=1"_s, u"selectedHostID=1"_s,
-                   u"selectedHostKnownHostsLink=1"_s, u"statusMessage=1"_s, u"undoHistory=1"_s };
+        const auto row = [](const char* tag, const Operation& operation, const QStringList& fired) {
+            QTest::newRow(tag) << operation << fired;
+        };
+        row("addHost", [](auto& vm, auto&) { vm.addHost(); },
+            { u"document=1"_s, u"rawEditorDirty=1"_s, u"selectedHostID=1"_s, u"selectedHostKnownHostsLink=1"_s,
+                u"undoHistory=1"_s });
+        row("updateHost with an equal host", [](auto& vm, auto&) { vm.updateHost(vm.host(0), 0); },
+            { u"rawEditorDirty=1"_s });
+        row("reload of unchanged files", [](auto& vm, auto&) { vm.load(); },
+            { u"document=1"_s, u"knownHostsDocument=1"_s, u"selectedHostID=1"_s, u"selectedKnownHostEntryID=1"_s,
+                u"undoHistory=2"_s });
+        row("marker", [](auto& vm, auto&) { vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked); },
+            { u"knownHostsDirty=1"_s, u"knownHostsDocument=1"_s, u"statusMessage=1"_s, u"undoHistory=1"_s });
+        row("delete entry", [](auto& vm, auto&) { vm.deleteSelectedKnownHostEntry(); },
+            { u"knownHostsDirty=1"_s, u"knownHostsDocument=1"_s, u"knownHostsEntryCount=1"_s,
+                u"selectedKnownHostEntryID=1"_s, u"selectedKnownHostFingerprints=1"_s, u"statusMessage=1"_s,
+                u"undoHistory=1"_s });
+        row("save config", [](auto& vm, auto&) { vm.saveConfig(); },
+            { u"lastBackupPath=1"_s, u"rawText=1"_s, u"statusMessage=1"_s });
+        row("refresh terminals, same list", [](auto& vm, auto&) { vm.refreshTerminalApps(); }, {});
+        row("select other terminal", [](auto& vm, auto&) { vm.selectTerminal(u"com.googlecode.iterm2"_s); },
+            { u"selectedTerminalBundleIdentifier=1"_s });
+        row("parse with errors",
+            [](auto& vm, auto& spies) {
+                vm.setRawText(u"Host c\n    Port=2\n"_s);
+                spies.clear();
+                vm.parseRawText();
+            },
+            { u"document=1"_s, u"parseErrors=1"_s, u"rawEditorDirty=1"_s, u"selectedHostID=1"_s,
+                u"selectedHostKnownHostsLink=1"_s, u"statusMessage=1"_s, u"undoHistory=1"_s });
     }
 
     void operations()
     {
-        QFETCH(int, operation);
+        QFETCH(Operation, operation);
         QFETCH(QStringList, fired);
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make(u"Host a\nHost b\n"_s, u"# c\none ssh-rsa AAAA\ntwo ssh-rsa BBBB\n"_s);
         PropertySpies spies(vm);
-        switch (operation) {
-        case 0:
-            vm.addHost();
-            break;
-        case 1:
-            vm.updateHost(vm.host(0), 0);
-            break;
-        case 2:
-            vm.load();
-            break;
-        case 3:
-            vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked);
-            break;
-        case 4:
-            vm.deleteSelectedKnownHostEntry();
-            break;
-        case 5:
-            vm.saveConfig();
-            break;
-        case 6:
-            vm.refreshTerminalApps();
-            break;
-        case 7:
-            vm.selectTerminal(u"com.googlecode.iterm2"_s);
-            break;
-        default:
-            vm.setRawText(u"Host c\n    Port=2\n"_s);
-            spies.clear();
-            vm.parseRawText();
-            break;
-        }
+        operation(vm, spies);
         QCOMPARE(spies.fired(), fired);
     }
 };

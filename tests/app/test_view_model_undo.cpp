@@ -5,6 +5,8 @@
 
 #include <QSignalSpy>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -61,102 +63,31 @@ QString differences(const State& a, const State& b)
     return parts.join(u", "_s);
 }
 
-enum class Operation {
-    addHost,
-    deleteHost,
-    editPort,
-    moveHost,
-    createGroup,
-    parseRaw,
-    typeRaw,
-    hostFromKnownHost,
-    reloadConfig,
-    setMarker,
-    commentOut,
-    removeEntry,
-    reloadKnownHosts,
-};
-
 const QString config = u"# Group: werk\nHost alpha\n    HostName alpha.example.com\n    Port 22\n\nHost beta\n"_s;
 const QString knownHosts = u"# keys\nalpha ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIAlpha\n"
                            u"gamma,10.0.0.3 ssh-rsa AAAAB3NzaC1yc2EAAAADAQABAAABGamma\n"
                            u"delta ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIDelta\n"_s;
 
-// What the user does before the step: choose a tab, a row, type text. None of it is a step.
-void prepare(Operation operation, SSHConfigViewModel& vm)
+// What the user does, before the step (choose a tab, a row, type text: none of it a step) and as the step.
+using Action = std::function<void(SSHConfigViewModel&, ViewModelFixture&)>;
+
+// Chooses the known_hosts tab and, when given, the entry on record index.
+Action onKnownHostsTab(std::optional<int> record = std::nullopt)
 {
-    const QList<KnownHostsRecord>& records = vm.knownHostsDocument().records();
-    switch (operation) {
-    case Operation::parseRaw:
-        vm.setActiveEditorTab(EditorTab::raw);
-        vm.setRawText(u"Host only\n"_s);
-        return;
-    case Operation::hostFromKnownHost:
-    case Operation::removeEntry:
+    return [record](SSHConfigViewModel& vm, ViewModelFixture&) {
         vm.setActiveEditorTab(EditorTab::knownHosts);
-        vm.setSelectedKnownHostEntryID(records.at(operation == Operation::removeEntry ? 2 : 3).kind().entry()->id());
-        return;
-    case Operation::setMarker:
-    case Operation::commentOut:
-    case Operation::reloadKnownHosts:
-        vm.setActiveEditorTab(EditorTab::knownHosts);
-        return;
-    default:
-        return;
-    }
+        if (record)
+            vm.setSelectedKnownHostEntryID(vm.knownHostsDocument().records().at(*record).kind().entry()->id());
+    };
 }
 
-void act(Operation operation, SSHConfigViewModel& vm, ViewModelFixture& fixture)
+void row(const char* tag, const QString& stepName, const Action& prepare, const Action& act)
 {
-    switch (operation) {
-    case Operation::addHost:
-        vm.addHost();
-        return;
-    case Operation::deleteHost:
-        vm.deleteSelectedHost();
-        return;
-    case Operation::editPort: {
-        SSHHost host = vm.host(0);
-        host.items[1].asOption()->value = u"2222"_s;
-        vm.updateHost(host, 0);
-        return;
-    }
-    case Operation::moveHost:
-        vm.moveHosts({ 1 }, 0);
-        return;
-    case Operation::createGroup:
-        vm.createGroupForSelectedHost(u"klanten"_s);
-        return;
-    case Operation::parseRaw:
-        vm.parseRawText();
-        return;
-    case Operation::typeRaw:
-        vm.setRawText(vm.rawText() + u"Host typed\n"_s);
-        vm.markRawTextEdited();
-        return;
-    case Operation::hostFromKnownHost:
-        vm.openSSHHostForSelectedKnownHostEntry();
-        return;
-    case Operation::reloadConfig:
-        fixture.writeConfig(u"Host reloaded\n"_s);
-        vm.reloadChangedFile(SSHConfigViewModel::SSHFile::config);
-        return;
-    case Operation::setMarker:
-        vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked);
-        return;
-    case Operation::commentOut:
-        vm.toggleCommentOnSelectedKnownHostEntry();
-        return;
-    case Operation::removeEntry:
-        vm.deleteSelectedKnownHostEntry();
-        return;
-    case Operation::reloadKnownHosts:
-        fixture.writeKnownHosts(u"other ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIOther\n"_s);
-        vm.reloadChangedFile(SSHConfigViewModel::SSHFile::knownHosts);
-        return;
-    }
+    QTest::newRow(tag) << prepare << act << stepName;
 }
 } // namespace
+
+Q_DECLARE_METATYPE(Action)
 
 class TestViewModelUndo : public QObject
 {
@@ -165,34 +96,59 @@ class TestViewModelUndo : public QObject
 private Q_SLOTS:
     void everyStepUndoesAndRedoes_data()
     {
-        QTest::addColumn<Operation>("operation");
+        QTest::addColumn<Action>("prepare");
+        QTest::addColumn<Action>("act");
         QTest::addColumn<QString>("stepName");
-        QTest::newRow("add host") << Operation::addHost << u"Host toevoegen"_s;
-        QTest::newRow("delete host") << Operation::deleteHost << u"Host verwijderen"_s;
-        QTest::newRow("edit a field") << Operation::editPort << u"Host bewerken"_s;
-        QTest::newRow("move") << Operation::moveHost << u"Hosts verplaatsen"_s;
-        QTest::newRow("create group") << Operation::createGroup << u"Groep aanmaken"_s;
-        QTest::newRow("parse raw text") << Operation::parseRaw << u"Raw tekst parsen"_s;
-        QTest::newRow("type raw text") << Operation::typeRaw << u"Raw tekst bewerken"_s;
-        QTest::newRow("host from known_hosts") << Operation::hostFromKnownHost << u"Host uit known_hosts maken"_s;
-        QTest::newRow("reload config") << Operation::reloadConfig << u"Herladen"_s;
-        QTest::newRow("marker") << Operation::setMarker << u"Marker zetten"_s;
-        QTest::newRow("comment out") << Operation::commentOut << u"Entry uitcommentariëren"_s;
-        QTest::newRow("remove entry") << Operation::removeEntry << u"Entry verwijderen"_s;
-        QTest::newRow("reload known_hosts") << Operation::reloadKnownHosts << u"Herladen"_s;
+        row("add host", u"Host toevoegen"_s, {}, [](auto& vm, auto&) { vm.addHost(); });
+        row("delete host", u"Host verwijderen"_s, {}, [](auto& vm, auto&) { vm.deleteSelectedHost(); });
+        row("edit a field", u"Host bewerken"_s, {}, [](auto& vm, auto&) {
+            SSHHost host = vm.host(0);
+            host.items[1].asOption()->value = u"2222"_s;
+            vm.updateHost(host, 0);
+        });
+        row("move", u"Hosts verplaatsen"_s, {}, [](auto& vm, auto&) { vm.moveHosts({ 1 }, 0); });
+        row("create group", u"Groep aanmaken"_s, {},
+            [](auto& vm, auto&) { vm.createGroupForSelectedHost(u"klanten"_s); });
+        const Action typeOnRawTab = [](auto& vm, auto&) {
+            vm.setActiveEditorTab(EditorTab::raw);
+            vm.setRawText(u"Host only\n"_s);
+        };
+        row("parse raw text", u"Raw tekst parsen"_s, typeOnRawTab, [](auto& vm, auto&) { vm.parseRawText(); });
+        row("type raw text", u"Raw tekst bewerken"_s, {}, [](auto& vm, auto&) {
+            vm.setRawText(vm.rawText() + u"Host typed\n"_s);
+            vm.markRawTextEdited();
+        });
+        row("host from known_hosts", u"Host uit known_hosts maken"_s, onKnownHostsTab(3),
+            [](auto& vm, auto&) { vm.openSSHHostForSelectedKnownHostEntry(); });
+        row("reload config", u"Herladen"_s, {}, [](auto& vm, auto& fixture) {
+            fixture.writeConfig(u"Host reloaded\n"_s);
+            vm.reloadChangedFile(SSHConfigViewModel::SSHFile::config);
+        });
+        row("marker", u"Marker zetten"_s, onKnownHostsTab(),
+            [](auto& vm, auto&) { vm.setMarkerOnSelectedKnownHostEntry(KnownHostMarker::revoked); });
+        row("comment out", u"Entry uitcommentariëren"_s, onKnownHostsTab(),
+            [](auto& vm, auto&) { vm.toggleCommentOnSelectedKnownHostEntry(); });
+        row("remove entry", u"Entry verwijderen"_s, onKnownHostsTab(2),
+            [](auto& vm, auto&) { vm.deleteSelectedKnownHostEntry(); });
+        row("reload known_hosts", u"Herladen"_s, onKnownHostsTab(), [](auto& vm, auto& fixture) {
+            fixture.writeKnownHosts(u"other ssh-ed25519 AAAAC3NzaC1lZDI1NTE5AAAAIOther\n"_s);
+            vm.reloadChangedFile(SSHConfigViewModel::SSHFile::knownHosts);
+        });
     }
 
     void everyStepUndoesAndRedoes()
     {
-        QFETCH(Operation, operation);
+        QFETCH(Action, prepare);
+        QFETCH(Action, act);
         QFETCH(QString, stepName);
         ViewModelFixture fixture;
         SSHConfigViewModel& vm = fixture.make(config, knownHosts);
         QVERIFY(!vm.canUndo() && !vm.canRedo());
         QCOMPARE(vm.undoText(), u"Ongedaan maken"_s);
-        prepare(operation, vm);
+        if (prepare)
+            prepare(vm, fixture);
         const State before = stateOf(vm);
-        act(operation, vm, fixture);
+        act(vm, fixture);
         const State after = stateOf(vm);
         QVERIFY(!(after == before));
         QCOMPARE(vm.undoText(), u"Ongedaan maken: "_s + stepName);
@@ -204,10 +160,8 @@ private Q_SLOTS:
         QCOMPARE(knownHostsChanges.size(), knownHostsAnnouncements);
         State expected = before;
         // An undone reload shows what the file no longer holds: that is unsaved, whatever it was before.
-        if (operation == Operation::reloadConfig)
-            expected.rawEditorDirty = true;
-        if (operation == Operation::reloadKnownHosts)
-            expected.knownHostsDirty = true;
+        if (stepName == u"Herladen"_s)
+            (before.tab == EditorTab::knownHosts ? expected.knownHostsDirty : expected.rawEditorDirty) = true;
         QVERIFY2(stateOf(vm) == expected, qPrintable(differences(stateOf(vm), expected)));
         QVERIFY2(vm.statusMessage().startsWith(u"Ongedaan gemaakt: "_s), qPrintable(vm.statusMessage()));
         // Redo belongs to the document the step changed, whose tab the step may have left.

@@ -17,79 +17,24 @@ namespace
 // A file of plain, bracketed, multi-name, wildcard, negated, marked and commented-out lines.
 QString knownHostsText(const QString& key)
 {
+    static const QStringList forms = { u"host%1.example,10.0.0.%1"_s, u"[host%1.example]:2222"_s,
+        u"@revoked host%1.example"_s, u"# host%1.example"_s, u"Host%1.Example,[host%1.example]:22,[10.0.1.%1]:2200"_s,
+        u"*.wild%1.example,!bad.wild%1.example"_s, u"host?%1.example"_s, u"host%1.example"_s };
     QString text = u"# generated for the lookup test\n"_s;
-    for (int i = 0; i < 200; ++i) {
-        const QString n = QString::number(i);
-        switch (i % 8) {
-        case 0:
-            text += u"host"_s + n + u".example,10.0.0."_s + n;
-            break;
-        case 1:
-            text += u"[host"_s + n + u".example]:2222"_s;
-            break;
-        case 2:
-            text += u"@revoked host"_s + n + u".example"_s;
-            break;
-        case 3:
-            text += u"# host"_s + n + u".example"_s;
-            break;
-        case 4:
-            text += u"Host"_s + n + u".Example,[host"_s + n + u".example]:22,[10.0.1."_s + n + u"]:2200"_s;
-            break;
-        case 5:
-            text += u"*.wild"_s + n + u".example,!bad.wild"_s + n + u".example"_s;
-            break;
-        case 6:
-            text += u"host?"_s + n + u".example"_s;
-            break;
-        default:
-            text += u"host"_s + n + u".example"_s;
-            break;
-        }
-        text += u' ' + key + u'\n';
-    }
+    for (int i = 0; i < 200; ++i)
+        text += forms.at(i % forms.size()).arg(i) + u' ' + key + u'\n';
     return text;
 }
 
 // A thousand names: the ones in the file in every form ssh asks for, and as many it does not know.
 QStringList lookupNames()
 {
+    static const QStringList forms = { u"host%1.example"_s, u"[host%1.example]:2222"_s, u"10.0.0.%1"_s,
+        u"HOST%1.EXAMPLE"_s, u"[10.0.1.%1]:2200"_s, u"a.wild%1.example"_s, u"bad.wild%1.example"_s,
+        u"hostx%1.example"_s, u"[host%1.example]:22"_s, u"unknown%1.example"_s };
     QStringList names;
-    for (int i = 0; names.size() < 1000; ++i) {
-        const QString n = QString::number(i % 220);
-        switch (i % 10) {
-        case 0:
-            names << u"host"_s + n + u".example"_s;
-            break;
-        case 1:
-            names << u"[host"_s + n + u".example]:2222"_s;
-            break;
-        case 2:
-            names << u"10.0.0."_s + n;
-            break;
-        case 3:
-            names << u"HOST"_s + n + u".EXAMPLE"_s;
-            break;
-        case 4:
-            names << u"[10.0.1."_s + n + u"]:2200"_s;
-            break;
-        case 5:
-            names << u"a.wild"_s + n + u".example"_s;
-            break;
-        case 6:
-            names << u"bad.wild"_s + n + u".example"_s;
-            break;
-        case 7:
-            names << u"hostx"_s + n + u".example"_s;
-            break;
-        case 8:
-            names << u"[host"_s + n + u".example]:22"_s;
-            break;
-        default:
-            names << u"unknown"_s + n + u".example"_s;
-            break;
-        }
-    }
+    for (int i = 0; names.size() < 1000; ++i)
+        names << forms.at(i % forms.size()).arg(i % 220);
     return names;
 }
 

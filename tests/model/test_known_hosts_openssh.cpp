@@ -1,9 +1,7 @@
 #include "KnownHostsService.h"
+#include "SshKeygen.h"
 
-#include <QFile>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QTemporaryDir>
+#include <QFileInfo>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -17,24 +15,19 @@ class TestKnownHostsOpenSsh : public QObject
 private slots:
     void initTestCase()
     {
-        m_sshKeygen = QStandardPaths::findExecutable(u"ssh-keygen"_s);
-        if (m_sshKeygen.isEmpty())
+        if (!m_keygen.isAvailable())
             QSKIP("ssh-keygen is not installed");
-        QVERIFY(m_dir.isValid());
         for (const QString& type : { u"ed25519"_s, u"rsa"_s, u"ecdsa"_s }) {
-            m_keys.insert(type, publicKey(type));
+            m_keys.insert(type, m_keygen.generatePublicKey(type, type == u"rsa"_s ? 2048 : 0));
             QVERIFY2(!m_keys[type].isEmpty(), qPrintable(type));
         }
-        m_plainFile = writeFile(u"known_hosts"_s, knownHostsText() + unhashableLines());
-        m_hashedFile = writeFile(u"known_hosts_hashed"_s, knownHostsText());
+        m_plainFile = m_keygen.writeFile(u"known_hosts"_s, knownHostsText() + unhashableLines());
+        m_hashedFile = m_keygen.writeFile(u"known_hosts_hashed"_s, knownHostsText());
         QVERIFY(!m_plainFile.isEmpty() && !m_hashedFile.isEmpty());
-        run({ u"-H"_s, u"-f"_s, m_hashedFile });
-        QFile hashed(m_hashedFile);
-        QVERIFY(hashed.open(QIODevice::ReadOnly));
-        const QByteArray hashedText = hashed.readAll();
-        QVERIFY2(hashedText.contains("|1|"), "ssh-keygen -H hashed nothing");
-        hashed.close();
-        QVERIFY(!writeFile(u"known_hosts_hashed"_s, QString::fromUtf8(hashedText) + unhashableLines()).isEmpty());
+        m_keygen.run({ u"-H"_s, u"-f"_s, m_hashedFile });
+        const QString hashedText = SshKeygen::readFile(m_hashedFile);
+        QVERIFY2(hashedText.contains(u"|1|"_s), "ssh-keygen -H hashed nothing");
+        QVERIFY(!m_keygen.writeFile(u"known_hosts_hashed"_s, hashedText + unhashableLines()).isEmpty());
     }
 
     void sameKeysFoundAfterWriting_data()
@@ -68,44 +61,16 @@ private slots:
     }
 
 private:
-    QString run(const QStringList& arguments);
-    QString publicKey(const QString& type);
     QString knownHostsText();
     QString unhashableLines();
-    QString writeFile(const QString& name, const QString& text);
     QString lookup(const QString& host, const QString& file);
     QString rewrite(const QString& file);
 
-    QTemporaryDir m_dir;
-    QString m_sshKeygen;
+    SshKeygen m_keygen;
     QHash<QString, QString> m_keys;
     QString m_plainFile;
     QString m_hashedFile;
 };
-
-QString TestKnownHostsOpenSsh::run(const QStringList& arguments)
-{
-    QProcess process;
-    process.start(m_sshKeygen, arguments);
-    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
-        return u"<ssh-keygen did not finish>"_s;
-    return QString::fromUtf8(process.readAllStandardOutput());
-}
-
-QString TestKnownHostsOpenSsh::publicKey(const QString& type)
-{
-    const QString path = m_dir.filePath(u"key-"_s + type);
-    QStringList arguments { u"-q"_s, u"-t"_s, type, u"-N"_s, QString(), u"-C"_s, u"test key"_s, u"-f"_s, path };
-    if (type == u"rsa"_s)
-        arguments << u"-b"_s << u"2048"_s;
-    run(arguments);
-    QFile file(path + u".pub"_s);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    // "type base64 comment": keep type and key, the lines below add their own spacing and comments.
-    const QStringList fields = QString::fromUtf8(file.readAll()).split(u' ');
-    return fields.size() >= 2 ? fields[0] + u' ' + fields[1] : QString();
-}
 
 QString TestKnownHostsOpenSsh::knownHostsText()
 {
@@ -128,21 +93,12 @@ QString TestKnownHostsOpenSsh::unhashableLines()
         + u"not a valid line at all? yes it is\n"_s + u"broken-line\n"_s + u"@revoked only.two.fields ssh-rsa\n"_s;
 }
 
-QString TestKnownHostsOpenSsh::writeFile(const QString& name, const QString& text)
-{
-    const QString path = m_dir.filePath(name);
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(text.toUtf8()) < 0)
-        return {};
-    return path;
-}
-
 QString TestKnownHostsOpenSsh::lookup(const QString& host, const QString& file)
 {
     // Compare what OpenSSH found (line numbers, markers as "CA" or "REVOKED", keys), not how it echoes the matching
     // line, whose spacing and hosts field the writer normalises.
     QStringList found;
-    for (const QString& line : run({ u"-F"_s, host, u"-f"_s, file }).split(u'\n', Qt::SkipEmptyParts)) {
+    for (const QString& line : m_keygen.run({ u"-F"_s, host, u"-f"_s, file }).output.split(u'\n', Qt::SkipEmptyParts)) {
         const QString simplified = line.simplified();
         if (simplified.startsWith(u'#')) {
             found.append(simplified);
@@ -158,12 +114,8 @@ QString TestKnownHostsOpenSsh::lookup(const QString& host, const QString& file)
 
 QString TestKnownHostsOpenSsh::rewrite(const QString& file)
 {
-    QFile in(file);
-    if (!in.open(QIODevice::ReadOnly))
-        return {};
-    const QString written
-        = KnownHostsService {}.serialize(KnownHostsService {}.parse(QString::fromUtf8(in.readAll())).document);
-    return writeFile(QFileInfo(file).fileName() + u".written"_s, written);
+    const KnownHostsDocument document = KnownHostsService {}.parse(SshKeygen::readFile(file)).document;
+    return m_keygen.writeFile(QFileInfo(file).fileName() + u".written"_s, KnownHostsService {}.serialize(document));
 }
 
 QTEST_GUILESS_MAIN(TestKnownHostsOpenSsh)

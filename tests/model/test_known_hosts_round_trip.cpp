@@ -1,8 +1,7 @@
 #include "KnownHostsService.h"
 #include "KnownHostsTextGenerator.h"
+#include "TestFiles.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -48,18 +47,6 @@ QString brokenInvariant(const QString& text, const KnownHostsParseResult& result
     return errorLines == invalidLines ? QString() : u"errors are not exactly the invalid lines"_s;
 }
 
-void writeSeed(const QString& name, const QString& text)
-{
-    const QString seedRoot = qEnvironmentVariable("TARNWICK_FUZZ_SEED_DIR");
-    if (seedRoot.isEmpty())
-        return;
-    const QDir dir(seedRoot + u"/fuzz_known_hosts"_s);
-    if (!dir.mkpath(u"."_s))
-        return;
-    QFile file(dir.filePath(name));
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        file.write(text.toUtf8());
-}
 } // namespace
 
 class TestKnownHostsRoundTrip : public QObject
@@ -74,7 +61,7 @@ private slots:
         const QString text = KnownHostsTextGenerator(seed).normalFormText(40);
         const KnownHostsParseResult result = KnownHostsService {}.parse(text);
         QCOMPARE(KnownHostsService {}.serialize(result.document), text);
-        writeSeed(u"normal-%1.txt"_s.arg(seed), text);
+        writeFuzzSeed(u"fuzz_known_hosts"_s, u"normal-%1.txt"_s.arg(seed), text);
     }
 
     void secondWriteEqualsFirst_data() { seeds(); }
@@ -87,7 +74,7 @@ private slots:
         const KnownHostsParseResult second = KnownHostsService {}.parse(firstWrite);
         QCOMPARE(second.document.records().size(), first.document.records().size());
         QCOMPARE(KnownHostsService {}.serialize(second.document), firstWrite);
-        writeSeed(u"irregular-%1.txt"_s.arg(seed), text);
+        writeFuzzSeed(u"fuzz_known_hosts"_s, u"irregular-%1.txt"_s.arg(seed), text);
     }
 
     void invariantsHold_data() { seeds(); }
@@ -142,7 +129,7 @@ private slots:
         QFETCH(QByteArray, base64);
         QFETCH(int, writesUntilStable);
         QString text = QString::fromUtf8(QByteArray::fromBase64(base64));
-        writeSeed(u"finding-%1.txt"_s.arg(qHash(base64, 0), 0, 16), text);
+        writeFuzzSeed(u"fuzz_known_hosts"_s, u"finding-%1.txt"_s.arg(qHash(base64, 0), 0, 16), text);
         const qsizetype records = KnownHostsService {}.parse(text).document.records().size();
         for (int write = 0; write < writesUntilStable; ++write) {
             const KnownHostsParseResult result = KnownHostsService {}.parse(text);

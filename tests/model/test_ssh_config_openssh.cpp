@@ -1,4 +1,5 @@
 #include "SSHConfigParser.h"
+#include "TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -28,13 +29,6 @@ QStringList plainAliases(const SSHConfigDocument& document)
     }
     return aliases;
 }
-
-bool writeFile(const QString& path, const QString& text)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(text.toUtf8()) >= 0;
-}
 } // namespace
 
 /// OpenSSH itself judges the writer: for every plain alias, `ssh -G` must resolve the written file
@@ -51,8 +45,8 @@ private slots:
             QSKIP("ssh is not installed");
         QVERIFY(m_home.isValid());
         const QString dir = m_home.path();
-        QVERIFY(writeFile(dir + u"/conf.d/10-included.conf"_s, u"Host inc-host\n  HostName 192.0.2.1\n"_s));
-        QVERIFY(writeFile(dir + u"/my dir/extra.conf"_s, u"Host extra-host\n  Port 2022\n"_s));
+        QVERIFY(writeBytes(dir + u"/conf.d/10-included.conf"_s, "Host inc-host\n  HostName 192.0.2.1\n"));
+        QVERIFY(writeBytes(dir + u"/my dir/extra.conf"_s, "Host extra-host\n  Port 2022\n"));
     }
 
     void sameAnswers_data()
@@ -128,7 +122,7 @@ private:
     QStringList resolve(const QString& text, const QString& alias)
     {
         const QString path = m_home.filePath(u"config-under-test"_s);
-        if (!writeFile(path, text))
+        if (!writeBytes(path, text.toUtf8()))
             return { u"cannot write "_s + path };
         QProcess ssh;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

@@ -2,9 +2,8 @@
 #include "ConfigTextGenerator.h"
 #include "SSHConfigParser.h"
 #include "SSHConfigSyntax.h"
+#include "TestFiles.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -45,17 +44,6 @@ bool hasDocumentedLoss(const SSHConfigDocument& document)
     return false;
 }
 
-void writeSeed(int index, const QString& text)
-{
-    const QByteArray seedRoot = qgetenv("TARNWICK_FUZZ_SEED_DIR");
-    if (seedRoot.isEmpty())
-        return;
-    const QString directory = QString::fromLocal8Bit(seedRoot) + u"/fuzz_config_parser"_s;
-    QDir().mkpath(directory);
-    QFile file(directory + u"/generated-"_s + QString::number(index) + u".conf"_s);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        file.write(text.toUtf8());
-}
 } // namespace
 
 class TestSSHConfigRoundTrip : public QObject
@@ -80,7 +68,7 @@ private slots:
         for (int i = 0; i < generatedCount; ++i) {
             const QString text = generator.nextText();
             if (seed == 1 && i < seedFileCount)
-                writeSeed(i, text);
+                writeFuzzSeed(u"fuzz_config_parser"_s, u"generated-%1.conf"_s.arg(i), text);
             const QString first = parseAndWrite(text);
             const QString second = parseAndWrite(first);
             const QString third = parseAndWrite(second);

@@ -1,6 +1,7 @@
 // Reading ssh's "REMOTE HOST IDENTIFICATION HAS CHANGED" text as OpenSSH 9.x prints it: the offending
 // file and line, the host as ssh looked it up and the fingerprint of the key the server sent.
 
+#include "HostKeyWarningText.h"
 #include "SSHHostKeyWarning.h"
 
 #include <QTest>
@@ -9,34 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
 const QString fingerprint = u"SHA256:Ffa9vkTzzn/PvF0x9RCHnbFyEXnGnqtYaN4DSYbY6hY"_s;
-
-// sshconnect.c's warn_changed_key() and check_host_key() for a changed key, joined as a terminal shows
-// them; ssh ends each line with CR LF while it talks to a terminal.
-QString changedKeyText(const QString& type, const QString& file, int line, const QString& host, bool typePrefix)
-{
-    const QStringList lines = {
-        u"@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@"_s,
-        u"@    WARNING: REMOTE HOST IDENTIFICATION HAS CHANGED!     @"_s,
-        u"@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@@"_s,
-        u"IT IS POSSIBLE THAT SOMEONE IS DOING SOMETHING NASTY!"_s,
-        u"Someone could be eavesdropping on you right now (man-in-the-middle attack)!"_s,
-        u"It is also possible that a host key has just been changed."_s,
-        u"The fingerprint for the "_s + type + u" key sent by the remote host is"_s,
-        fingerprint + u"."_s,
-        u"Please contact your system administrator."_s,
-        u"Add correct host key in "_s + file + u" to get rid of this message."_s,
-        u"Offending "_s + type + u" key in "_s + file + u":"_s + QString::number(line),
-        u"  remove with:"_s,
-        u"  ssh-keygen -f \""_s + file + u"\" -R \""_s + host + u"\""_s,
-        (typePrefix ? type + u" host key for "_s : u"Host key for "_s) + host
-            + u" has changed and you have requested strict checking."_s,
-        u"Host key verification failed."_s,
-    };
-    return lines.join(u"\r\n"_s) + u"\r\n"_s;
-}
-
 } // namespace
 
 class TestSSHHostKeyWarning : public QObject
@@ -63,7 +37,7 @@ private Q_SLOTS:
         QFETCH(bool, typePrefix);
         const QString file = u"/home/u/.ssh/known_hosts"_s;
         const std::optional<SSHHostKeyWarning> warning
-            = parseSSHHostKeyWarning(changedKeyText(type, file, 12, host, typePrefix));
+            = parseSSHHostKeyWarning(changedHostKeyText(type, fingerprint, file, 12, host, typePrefix));
         QVERIFY(warning);
         QCOMPARE(warning->offendingFile, file);
         QCOMPARE(warning->offendingLine, 12);
@@ -77,8 +51,8 @@ private Q_SLOTS:
     void pathWithBlanksAmongOtherOutput()
     {
         const QString file = u"/Users/Jan de Vries/.ssh/known_hosts"_s;
-        const QString text
-            = u"$ ssh web-1\n"_s + changedKeyText(u"ED25519"_s, file, 3, u"web-1"_s, false).remove(u'\r') + u"$ \n"_s;
+        const QString text = u"$ ssh web-1\n"_s
+            + changedHostKeyText(u"ED25519"_s, fingerprint, file, 3, u"web-1"_s).remove(u'\r') + u"$ \n"_s;
         const std::optional<SSHHostKeyWarning> warning = parseSSHHostKeyWarning(text);
         QVERIFY(warning);
         QCOMPARE(warning->offendingFile, file);

@@ -6,6 +6,7 @@
 #include "FileManager.h"
 #include "SSHFileService.h"
 #include "ServiceError.h"
+#include "ServiceInHome.h"
 #include "TestFiles.h"
 
 #include <QCoreApplication>
@@ -41,11 +42,6 @@ QByteArray configOfSize(qsizetype size, const char* name)
     for (int i = 0; text.size() < size; ++i)
         text += "Host " + QByteArray(name) + '-' + QByteArray::number(i) + "\n    User beheer\n";
     return text;
-}
-
-SSHFileService serviceIn(const QString& home)
-{
-    return SSHFileService(home + u"/.ssh/config"_s, home + u"/.ssh/known_hosts"_s);
 }
 
 // The child: save newSize bytes under a file-size limit and print the error's description. SIGXFSZ is

@@ -2,6 +2,7 @@
 #include "SSHFileService.h"
 #include "SSHFileServiceError.h"
 #include "ServiceError.h"
+#include "ServiceInHome.h"
 #include "TestFiles.h"
 
 #include <QRegularExpression>
@@ -20,12 +21,6 @@ namespace
 QStringList backupsIn(const QString& directory, const QString& fileName)
 {
     return QDir(directory).entryList({ fileName + u".backup-*"_s }, QDir::Files | QDir::Hidden, QDir::Name);
-}
-
-// A service whose two files lie in directory/.ssh.
-SSHFileService serviceIn(const QString& directory, FileManager fileManager = FileManager())
-{
-    return SSHFileService(directory + u"/.ssh/config"_s, directory + u"/.ssh/known_hosts"_s, std::move(fileManager));
 }
 
 // The writer a misbehaving disk or a racing process amounts to: what lands is not what was asked for.

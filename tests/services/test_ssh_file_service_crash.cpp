@@ -3,6 +3,7 @@
 // looks at what is on disk.
 
 #include "SSHFileService.h"
+#include "ServiceInHome.h"
 #include "TestFiles.h"
 
 #include <QCoreApplication>
@@ -30,11 +31,6 @@ QString largeText(char variant)
             + QByteArray::number(i % 250) + '.' + QByteArray(1, variant) + "\n    User beheer\n";
     }
     return QString::fromLatin1(text);
-}
-
-SSHFileService serviceIn(const QString& home)
-{
-    return SSHFileService(home + u"/.ssh/config"_s, home + u"/.ssh/known_hosts"_s);
 }
 
 // The child's whole life: save A and B in turn until killed. Backups are removed again only to keep

@@ -5,6 +5,7 @@
 #include "FileManager.h"
 #include "SSHFileService.h"
 #include "ServiceError.h"
+#include "ServiceInHome.h"
 #include "TestFiles.h"
 
 #include <QTemporaryDir>
@@ -20,11 +21,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-SSHFileService serviceIn(const QString& home)
-{
-    return SSHFileService(home + u"/.ssh/config"_s, home + u"/.ssh/known_hosts"_s);
-}
-
 // Puts the thing named kind at path; false when that fails.
 bool place(const QString& kind, const QString& path)
 {

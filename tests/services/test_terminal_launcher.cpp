@@ -1,6 +1,8 @@
 #include "ServiceError.h"
+#include "TerminalApps.h"
 #include "TerminalLaunchError.h"
 #include "TerminalLauncher.h"
+#include "TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -59,29 +61,9 @@ struct RecordingPlatform
     }
 };
 
-const QString terminalId = u"com.apple.Terminal"_s;
-const QString itermId = u"com.googlecode.iterm2"_s;
-
-TerminalApp appleTerminal()
-{
-    return TerminalApp(terminalId, u"Terminal"_s, LaunchMode::appleTerminal);
-}
-TerminalApp iTerm()
-{
-    return TerminalApp(itermId, u"iTerm2"_s, LaunchMode::iTerm2);
-}
-
 QString terminalScript(const QString& escaped)
 {
     return u"tell application \"Terminal\"\n    activate\n    do script \""_s + escaped + u"\"\nend tell"_s;
-}
-
-QString readFile(const QString& path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return u"<unreadable>"_s;
-    return QString::fromUtf8(file.readAll());
 }
 
 /// Runs launch and returns the description of the ServiceError it threw, or an empty text when it did not.
@@ -192,14 +174,14 @@ private slots:
         QFETCH(QString, escaped);
         TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
 
-        QCOMPARE(launcher.launch(appleTerminal(), command), false);
+        QCOMPARE(launcher.launch(appleTerminalApp(), command), false);
         QCOMPARE(m_platform.calls, QStringList { u"script:"_s + terminalScript(escaped) });
     }
 
     void iTermScriptIsExact()
     {
         TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
-        QCOMPARE(launcher.launch(iTerm(), u"ssh \"a\""_s), false);
+        QCOMPARE(launcher.launch(iTermApp(), u"ssh \"a\""_s), false);
 
         const QString expected = u"tell application \"iTerm\"\n"
                                  u"    activate\n"
@@ -236,7 +218,7 @@ private slots:
         m_platform.scriptError = error;
         TerminalLauncher launcher = m_platform.makeLauncher(u"/home/u"_s, m_warpDirectory);
 
-        QCOMPARE(failureOf([&] { launcher.launch(appleTerminal(), u"ssh web"_s); }), description);
+        QCOMPARE(failureOf([&] { launcher.launch(appleTerminalApp(), u"ssh web"_s); }), description);
         QCOMPARE(m_platform.calls.size(), 1);
         QVERIFY(m_platform.calls.constFirst().startsWith(u"script:"_s));
     }
@@ -247,10 +229,11 @@ private slots:
         QTest::addColumn<QString>("message");
 
         QTest::newRow("not authorized, mixed case")
-            << appleTerminal() << u"Tarnwick is Not Authorized To Send Apple Events to Terminal."_s;
-        QTest::newRow("quoted error number") << appleTerminal() << u"{\n    NSAppleScriptErrorNumber = \"-1743\";\n}"_s;
-        QTest::newRow("bare error number") << iTerm() << u"{ NSAppleScriptErrorNumber = -1743; }"_s;
-        QTest::newRow("number anywhere") << iTerm() << u"error -1743 happened"_s;
+            << appleTerminalApp() << u"Tarnwick is Not Authorized To Send Apple Events to Terminal."_s;
+        QTest::newRow("quoted error number")
+            << appleTerminalApp() << u"{\n    NSAppleScriptErrorNumber = \"-1743\";\n}"_s;
+        QTest::newRow("bare error number") << iTermApp() << u"{ NSAppleScriptErrorNumber = -1743; }"_s;
+        QTest::newRow("number anywhere") << iTermApp() << u"error -1743 happened"_s;
     }
 
     void refusalFallsBackToClipboard()
@@ -275,11 +258,12 @@ private slots:
         QTest::addColumn<QString>("description");
 
         QTest::newRow("refused script, open exits non-zero")
-            << appleTerminal()
-            << std::shared_ptr<ServiceError>(new TerminalLaunchError(TerminalLaunchError::launchFailed(terminalId)))
+            << appleTerminalApp()
+            << std::shared_ptr<ServiceError>(
+                   new TerminalLaunchError(TerminalLaunchError::launchFailed(u"com.apple.Terminal"_s)))
             << u"Terminal app openen mislukt voor com.apple.Terminal."_s;
         QTest::newRow("refused script, open cannot start")
-            << appleTerminal() << std::shared_ptr<ServiceError>(new PlatformError(u"No such file or directory"_s))
+            << appleTerminalApp() << std::shared_ptr<ServiceError>(new PlatformError(u"No such file or directory"_s))
             << u"No such file or directory"_s;
         QTest::newRow("generic, open fails") << TerminalApp(u"com.example.Term"_s, u"Term"_s, LaunchMode::generic)
                                              << std::shared_ptr<ServiceError>(new TerminalLaunchError(
@@ -305,7 +289,7 @@ private slots:
     void missingScriptRunnerFails()
     {
         TerminalLauncher launcher({}, {}, {}, {}, {});
-        QCOMPARE(failureOf([&] { launcher.launch(iTerm(), u"ssh web"_s); }),
+        QCOMPARE(failureOf([&] { launcher.launch(iTermApp(), u"ssh web"_s); }),
             u"Terminalscript mislukt: Geen scriptomgeving beschikbaar."_s);
     }
 
@@ -366,7 +350,7 @@ private slots:
                                  u"      - title: SSH Connect\n"
                                  u"        layout:\n"_s
             + layout;
-        QCOMPARE(readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s), expected);
+        QCOMPARE(QString::fromUtf8(readBytes(m_warpDirectory + u"/tarnwick-connect.yaml"_s)), expected);
     }
 
     void secondWarpLaunchReplacesFirst()
@@ -376,17 +360,16 @@ private slots:
         launcher.launch(warp, u"ssh a-very-long-first-host-name-indeed"_s);
         launcher.launch(warp, u"ssh b"_s);
 
-        QVERIFY(readFile(m_warpDirectory + u"/tarnwick-connect.yaml"_s).endsWith(u"- exec: \"ssh b\""_s));
+        QVERIFY(QString::fromUtf8(readBytes(m_warpDirectory + u"/tarnwick-connect.yaml"_s))
+                    .endsWith(u"- exec: \"ssh b\""_s));
         QCOMPARE(
             QDir(m_warpDirectory).entryList(QDir::Files | QDir::Hidden), QStringList { u"tarnwick-connect.yaml"_s });
     }
 
     void warpDirectoryThatCannotBeMadeIsPlatformError()
     {
-        QFile blocker(m_dir.filePath(u"blocker"_s));
-        QVERIFY(blocker.open(QIODevice::WriteOnly));
-        blocker.close();
-        const QString directory = blocker.fileName() + u"/launch_configurations"_s;
+        QVERIFY(writeBytes(m_dir.filePath(u"blocker"_s), {}));
+        const QString directory = m_dir.filePath(u"blocker/launch_configurations"_s);
         TerminalLauncher launcher = m_platform.makeLauncher(u"/home/user"_s, directory);
 
         try {

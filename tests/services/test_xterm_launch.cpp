@@ -1,5 +1,6 @@
 #include "DefaultTerminalServices.h"
 #include "TerminalLauncher.h"
+#include "TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -114,9 +115,7 @@ private slots:
         QVERIFY(terminalId > 0);
 
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(marker).size() > 0, 60000);
-        QFile file(marker);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), QByteArray("sh ran"));
+        QCOMPARE(readBytes(marker), QByteArray("sh ran"));
         // The session waits for Enter after the command, so the window is still there to be read.
         QCOMPARE(::kill(static_cast<pid_t>(terminalId), 0), 0);
     }

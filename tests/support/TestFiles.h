@@ -45,3 +45,11 @@ template<typename Error, typename Operation> QString errorOf(Operation&& operati
     }
     return QStringLiteral("<no error>");
 }
+
+/// Leaves text as name in the fuzzer's seed corpus when the test run names a seed folder.
+inline void writeFuzzSeed(const QString& fuzzer, const QString& name, const QString& text)
+{
+    const QString seedRoot = qEnvironmentVariable("TARNWICK_FUZZ_SEED_DIR");
+    if (!seedRoot.isEmpty())
+        writeBytes(seedRoot + u'/' + fuzzer + u'/' + name, text.toUtf8());
+}

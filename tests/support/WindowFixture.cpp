@@ -1,5 +1,7 @@
 #include "WindowFixture.h"
 
+#include "TerminalApps.h"
+
 #include "SSHFileService.h"
 #include "ServiceError.h"
 
@@ -28,8 +30,7 @@ WindowFixture::WindowFixture()
     , launcher(std::make_shared<RecordingLauncher>())
     , defaults(std::make_shared<InMemoryUserDefaultsStore>())
 {
-    discovery->apps = { TerminalApp(u"com.apple.Terminal"_s, u"Terminal"_s, TerminalApp::LaunchMode::appleTerminal),
-        TerminalApp(u"com.googlecode.iterm2"_s, u"iTerm2"_s, TerminalApp::LaunchMode::iTerm2) };
+    discovery->apps = { appleTerminalApp(), iTermApp() };
 }
 
 QString WindowFixture::configPath() const

@@ -82,3 +82,26 @@ public:
 private:
     std::unique_ptr<SSHConfigViewModel> m_viewModel;
 };
+
+/// The first pattern of every host, in document order.
+inline QStringList firstPatterns(const QList<SSHHost>& hosts)
+{
+    QStringList result;
+    for (const SSHHost& host : hosts)
+        result.append(host.patterns.value(0));
+    return result;
+}
+
+/// The first pattern of the selected host, or an empty text.
+inline QString selectedHostName(const SSHConfigViewModel& viewModel)
+{
+    const std::optional<qsizetype> index = viewModel.selectedHostIndex();
+    return index ? viewModel.document().hosts.at(*index).patterns.value(0) : QString();
+}
+
+/// The first host of the selected known_hosts entry, or an empty text.
+inline QString selectedEntryHost(const SSHConfigViewModel& viewModel)
+{
+    const std::optional<KnownHostEntry> entry = viewModel.selectedKnownHostEntry();
+    return entry ? entry->hosts().value(0) : QString();
+}

@@ -118,47 +118,37 @@ private Q_SLOTS:
         QCOMPARE(child<QLineEdit>(*m_view, u"optionField_Port"_s)->text(), QString());
     }
 
-    void patternsField_data()
+    // Patterns split at blanks and default to "*", groups split at commas; either field shows the stored
+    // list once editing ends.
+    void listField_data()
     {
+        QTest::addColumn<QString>("field");
         QTest::addColumn<QString>("typed");
-        QTest::addColumn<QStringList>("patterns");
+        QTest::addColumn<QStringList>("list");
         QTest::addColumn<QString>("shownAfterwards");
-        QTest::newRow("two blanks between") << u"web  db"_s << QStringList { u"web"_s, u"db"_s } << u"web db"_s;
-        QTest::newRow("cleared gives star") << QString() << QStringList { u"*"_s } << u"*"_s;
+        const QString patterns = u"hostPatternsField"_s;
+        const QString groups = u"hostGroupsField"_s;
+        QTest::newRow("patterns: two blanks between")
+            << patterns << u"web  db"_s << QStringList { u"web"_s, u"db"_s } << u"web db"_s;
+        QTest::newRow("patterns: cleared gives star") << patterns << QString() << QStringList { u"*"_s } << u"*"_s;
+        QTest::newRow("groups: blank, empty piece, trailing comma")
+            << groups << u" werk,, klanten,"_s << QStringList { u"werk"_s, u"klanten"_s } << u"werk, klanten"_s;
+        QTest::newRow("groups: cleared gives no groups") << groups << QString() << QStringList() << QString();
     }
-    void patternsField()
+    void listField()
     {
+        QFETCH(QString, field);
         QFETCH(QString, typed);
-        QFETCH(QStringList, patterns);
+        QFETCH(QStringList, list);
         QFETCH(QString, shownAfterwards);
-        auto* field = child<QLineEdit>(*m_view, u"hostPatternsField"_s);
-        retype(field, typed);
-        QCOMPARE(m_fixture->selected().patterns, patterns);
+        auto* edit = child<QLineEdit>(*m_view, field);
+        retype(edit, u"oud"_s);
+        retype(edit, typed);
+        const SSHHost host = m_fixture->selected();
+        QCOMPARE(field == u"hostGroupsField"_s ? host.groups : host.patterns, list);
         QVERIFY(m_fixture->viewModel->rawEditorDirty());
-        QTest::keyClick(field, Qt::Key_Return);
-        QCOMPARE(field->text(), shownAfterwards);
-    }
-
-    void groupsField_data()
-    {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QStringList>("groups");
-        QTest::addColumn<QString>("shownAfterwards");
-        QTest::newRow("blank, empty piece, trailing comma")
-            << u" werk,, klanten,"_s << QStringList { u"werk"_s, u"klanten"_s } << u"werk, klanten"_s;
-        QTest::newRow("cleared gives no groups") << QString() << QStringList() << QString();
-    }
-    void groupsField()
-    {
-        QFETCH(QString, typed);
-        QFETCH(QStringList, groups);
-        QFETCH(QString, shownAfterwards);
-        auto* field = child<QLineEdit>(*m_view, u"hostGroupsField"_s);
-        retype(field, u"oud"_s);
-        retype(field, typed);
-        QCOMPARE(m_fixture->selected().groups, groups);
-        QTest::keyClick(field, Qt::Key_Return);
-        QCOMPARE(field->text(), shownAfterwards);
+        QTest::keyClick(edit, Qt::Key_Return);
+        QCOMPARE(edit->text(), shownAfterwards);
     }
 
     void typingKeepsSeparatorsAndCaret()

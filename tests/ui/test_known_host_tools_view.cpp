@@ -1,7 +1,7 @@
 // Wiring of the known_hosts tab's tools for a changed host key: the fingerprint section, the host lookup,
 // removing one name of an entry and the pasted ssh warning, over real files and ssh-keygen's own answers.
 
-#include "KnownHostsView.h"
+#include "KnownHostsViewFixture.h"
 #include "MainWindow.h"
 #include "SSHConfigViewModel.h"
 #include "SshKeygen.h"
@@ -24,29 +24,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// The known_hosts tab on its own, over real files.
-struct Fixture
-{
-    explicit Fixture(const QString& knownHosts, const QString& config = QString())
-        : viewModel(&files.make(config, knownHosts))
-        , view(std::make_unique<KnownHostsView>(*viewModel))
-    {
-        view->resize(1000, 600);
-        view->show();
-    }
-
-    template<typename T> T* find(const QString& objectName) const { return child<T>(*view, objectName); }
-
-    void click(const QString& buttonName) const { QTest::mouseClick(find<QPushButton>(buttonName), Qt::LeftButton); }
-    void select(int entry) const
-    {
-        viewModel->setSelectedKnownHostEntryID(viewModel->filteredKnownHostEntries().at(entry).id());
-    }
-
-    WindowFixture files;
-    SSHConfigViewModel* viewModel;
-    std::unique_ptr<KnownHostsView> view;
-};
+using Fixture = KnownHostsViewFixture;
 
 } // namespace
 
@@ -138,13 +116,13 @@ private Q_SLOTS:
         QTRY_VERIFY(comparison->isVisible());
         QCOMPARE(child<QLabel>(window, u"hostKeyChangeOldFingerprint"_s)->text(), m_sha256);
         QCOMPARE(child<QLabel>(window, u"hostKeyChangeNewFingerprint"_s)->text(), newFingerprint);
-        QCOMPARE(selectedEntryHostOf(vm), u"web-1"_s);
+        QCOMPARE(selectedEntryHost(vm), u"web-1"_s);
         auto* remove = child<QPushButton>(window, u"hostKeyChangeRemoveButton"_s);
         QVERIFY(remove->isEnabled());
         QVERIFY(!remove->accessibleName().isEmpty());
         remove->click();
         QCOMPARE(vm.knownHostsEntryCount(), 1);
-        QCOMPARE(selectedEntryHostOf(vm), u"db-1"_s);
+        QCOMPARE(selectedEntryHost(vm), u"db-1"_s);
         QVERIFY(!remove->isEnabled());
         child<QPushButton>(window, u"hostKeyChangeCloseButton"_s)->click();
         QTRY_VERIFY(!comparison->isVisible());
@@ -164,7 +142,7 @@ private Q_SLOTS:
         QVERIFY(!link->accessibleName().isEmpty());
         link->click();
         QCOMPARE(vm.activeEditorTab(), SSHConfigViewModel::EditorTab::knownHosts);
-        QCOMPARE(selectedEntryHostOf(vm), u"web-1"_s);
+        QCOMPARE(selectedEntryHost(vm), u"web-1"_s);
         QCOMPARE(child<QAbstractItemView>(window, u"knownHostsList"_s)->model()->rowCount(), 1);
         QPushButton* back = nullptr;
         QTRY_VERIFY((back = window.findChild<QPushButton*>(u"knownHostConfigHost0"_s)) && back->isVisible());
@@ -175,12 +153,6 @@ private Q_SLOTS:
     }
 
 private:
-    static QString selectedEntryHostOf(const SSHConfigViewModel& vm)
-    {
-        const std::optional<KnownHostEntry> entry = vm.selectedKnownHostEntry();
-        return entry ? entry->hosts().value(0) : QString();
-    }
-
     SshKeygen m_keygen;
     QString m_key;
     QString m_sha256;

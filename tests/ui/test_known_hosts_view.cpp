@@ -3,7 +3,7 @@
 
 #include "KnownHostsModel.h"
 #include "KnownHostsParseErrorsView.h"
-#include "KnownHostsView.h"
+#include "KnownHostsViewFixture.h"
 #include "SSHConfigViewModel.h"
 #include "SymbolLabel.h"
 #include "WidgetHelpers.h"
@@ -37,32 +37,7 @@ const QString sampleKnownHosts
     + u"\n"
       u"not-an-entry\n"_s;
 
-// The known_hosts tab on its own, over real files.
-struct Fixture
-{
-    explicit Fixture(const QString& knownHosts)
-        : viewModel(&files.make(QString(), knownHosts))
-        , view(std::make_unique<KnownHostsView>(*viewModel))
-    {
-        view->resize(1000, 600);
-        view->show();
-    }
-
-    template<typename T> T* find(const QString& objectName) const { return child<T>(*view, objectName); }
-
-    QAbstractItemView* list() const { return find<QAbstractItemView>(u"knownHostsList"_s); }
-    void selectRow(int row) const { clickRow(*list(), row); }
-    QString selectedFirstHost() const
-    {
-        const std::optional<KnownHostEntry> entry = viewModel->selectedKnownHostEntry();
-        return entry ? entry->hosts().value(0) : QString();
-    }
-    void click(const QString& buttonName) const { QTest::mouseClick(find<QPushButton>(buttonName), Qt::LeftButton); }
-
-    WindowFixture files;
-    SSHConfigViewModel* viewModel;
-    std::unique_ptr<KnownHostsView> view;
-};
+using Fixture = KnownHostsViewFixture;
 
 } // namespace
 

@@ -5,6 +5,7 @@
 #include "CommandLineTerminalDiscovery.h"
 #include "PreferencesView.h"
 #include "SSHConfigViewModel.h"
+#include "TerminalApps.h"
 #include "WidgetHelpers.h"
 #include "WindowFixture.h"
 
@@ -22,21 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
-TerminalApp appleTerminal()
-{
-    return TerminalApp(u"com.apple.Terminal"_s, u"Terminal"_s, TerminalApp::LaunchMode::appleTerminal);
-}
-
-TerminalApp iTerm()
-{
-    return TerminalApp(u"com.googlecode.iterm2"_s, u"iTerm2"_s, TerminalApp::LaunchMode::iTerm2);
-}
-
-TerminalApp warp()
-{
-    return TerminalApp(u"dev.warp.Warp-Stable"_s, u"Warp"_s, TerminalApp::LaunchMode::warp, u"warp"_s);
-}
 
 // The preferences window over real files, offering the given terminals.
 struct Fixture
@@ -109,7 +95,7 @@ private Q_SLOTS:
 
     void listsTerminalsAndTheSelectedOne()
     {
-        Fixture fixture({ iTerm(), appleTerminal(), warp() }, twoEntries);
+        Fixture fixture({ iTermApp(), appleTerminalApp(), warpApp() }, twoEntries);
         QVERIFY(!fixture.shows(u"noTerminalLabel"_s));
         QVERIFY(fixture.shows(u"terminalPicker"_s));
         QCOMPARE(fixture.pickerTexts(), QStringList({ u"iTerm2"_s, u"Terminal"_s, u"Warp"_s }));
@@ -125,7 +111,7 @@ private Q_SLOTS:
 
     void choosingATerminalStoresIt()
     {
-        Fixture fixture({ iTerm(), appleTerminal(), warp() }, twoEntries);
+        Fixture fixture({ iTermApp(), appleTerminalApp(), warpApp() }, twoEntries);
         auto* picker = fixture.find<QComboBox>(u"terminalPicker"_s);
         picker->setFocus();
         QTest::keyClick(picker, Qt::Key_End);
@@ -143,7 +129,7 @@ private Q_SLOTS:
     void reloadRebuildsThePicker()
     {
         Fixture fixture({}, twoEntries);
-        fixture.files.discovery->apps = { warp(), appleTerminal() };
+        fixture.files.discovery->apps = { warpApp(), appleTerminalApp() };
         QTest::mouseClick(fixture.find<QPushButton>(u"reloadTerminalsButton"_s), Qt::LeftButton);
         QVERIFY(fixture.shows(u"terminalPicker"_s));
         QVERIFY(!fixture.shows(u"noTerminalLabel"_s));
@@ -161,7 +147,7 @@ private Q_SLOTS:
 
     void showsFileLocationsAndEntryCount()
     {
-        Fixture fixture({ appleTerminal() }, twoEntries);
+        Fixture fixture({ appleTerminalApp() }, twoEntries);
         QCOMPARE(fixture.find<QGroupBox>(u"filesSection"_s)->title(), u"Bestanden"_s);
         QCOMPARE(fixture.find<QLabel>(u"configPathLabel"_s)->text(), fixture.files.configPath());
         QCOMPARE(fixture.find<QLabel>(u"knownHostsPathLabel"_s)->text(), fixture.files.knownHostsPath());
@@ -190,7 +176,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, knownHosts);
         QFETCH(bool, backupShown);
-        Fixture fixture({ appleTerminal() }, knownHosts);
+        Fixture fixture({ appleTerminalApp() }, knownHosts);
         QVERIFY(!fixture.shows(u"lastBackupSection"_s));
 
         fixture.viewModel->saveKnownHosts();
@@ -207,7 +193,7 @@ private Q_SLOTS:
 
     void asksForItsFixedSize()
     {
-        Fixture fixture({ appleTerminal() }, twoEntries);
+        Fixture fixture({ appleTerminalApp() }, twoEntries);
         QCOMPARE(fixture.view->sizeHint(), QSize(520, 360));
         QCOMPARE(fixture.view->layout()->contentsMargins(), QMargins());
     }
