@@ -1,5 +1,7 @@
 #include "KnownHostsCheck.h"
 
+#include "DifferingLines.h"
+
 #include <QFile>
 #include <QHash>
 #include <QSet>
@@ -23,6 +25,18 @@ void countLines(KnownHostsCheck::LineBalance& balance, QStringView text, qsizety
 {
     for (const QStringView line : text.split(u'\n'))
         balance[line] += weight;
+}
+
+// Counts the lines of the next part of text, from counted up to a line end, and moves counted past
+// it; the part that reaches the end takes the piece after the last line end too, as split() does.
+void countPart(KnownHostsCheck::LineBalance& balance, QStringView text, qsizetype& counted, qsizetype weight)
+{
+    if (counted > text.size())
+        return;
+    const qsizetype lineEnd = counted + partSize < text.size() ? text.indexOf(u'\n', counted + partSize) : -1;
+    const qsizetype end = lineEnd < 0 ? text.size() : lineEnd;
+    countLines(balance, text.sliced(counted, end - counted), weight);
+    counted = end + 1;
 }
 
 QStringList changedLines(const KnownHostsCheck::LineBalance& balance)
@@ -76,9 +90,10 @@ QString answerOf(const Outcome& outcome)
 
 QStringList KnownHostsCheck::patternsOnChangedLines(const QString& textOnDisk, const QString& textToSave)
 {
+    const DifferingLines differing = DifferingLines::of(textOnDisk, textToSave);
     LineBalance balance;
-    countLines(balance, textOnDisk, 1);
-    countLines(balance, textToSave, -1);
+    countLines(balance, differing.first, 1);
+    countLines(balance, differing.second, -1);
     return patternsOnChangedLines(balance);
 }
 
@@ -104,22 +119,34 @@ void KnownHostsCheck::start(const QString& textOnDisk, const QString& textToSave
         finishWith({ {}, u"ssh-keygen is niet gevonden, dus OpenSSH kan deze opslag niet beoordelen."_s });
         return;
     }
-    // Reading each text and writing each part of a copy are a turn of the event loop each: at 10,000
-    // lines each takes milliseconds. A step that cannot go on reports, which drops the steps after it.
+    // Counting the lines and writing the copies take a turn of the event loop per part of a text, so
+    // that at 100,000 lines no turn takes more than milliseconds. A step that cannot go on reports,
+    // which drops the steps after it.
     auto preparation = std::make_shared<Preparation>();
     preparation->textOnDisk = textOnDisk;
     preparation->textToSave = textToSave;
-    QList<Step> steps {
-        [preparation] { countLines(preparation->balance, preparation->textOnDisk, 1); },
-        [preparation] { countLines(preparation->balance, preparation->textToSave, -1); },
-        [this, preparation] {
-            // No probe for other names: a line that did not change cannot change their answer.
-            preparation->probes = SshProbeName::forPatterns(patternsOnChangedLines(preparation->balance), false);
-            preparation->balance.clear();
-            if (mayAskAbout(preparation->probes))
-                placeCopies(*preparation);
-        },
-    };
+    QList<Step> steps { [preparation] {
+        // An edit changes a few lines in one place: most of both texts is left out here at once.
+        const DifferingLines differing = DifferingLines::of(preparation->textOnDisk, preparation->textToSave);
+        preparation->differingOnDisk = differing.first;
+        preparation->differingToSave = differing.second;
+    } };
+    for (const bool onDisk : { true, false }) {
+        const qsizetype size = onDisk ? textOnDisk.size() : textToSave.size();
+        for (qsizetype part = 0; part * partSize <= size; ++part)
+            steps.append([preparation, onDisk] {
+                Preparation& p = *preparation;
+                countPart(p.balance, onDisk ? p.differingOnDisk : p.differingToSave,
+                    onDisk ? p.countedOnDisk : p.countedToSave, onDisk ? 1 : -1);
+            });
+    }
+    steps.append([this, preparation] {
+        // No probe for other names: a line that did not change cannot change their answer.
+        preparation->probes = SshProbeName::forPatterns(patternsOnChangedLines(preparation->balance), false);
+        preparation->balance.clear();
+        if (mayAskAbout(preparation->probes))
+            placeCopies(*preparation);
+    });
     for (const bool onDisk : { true, false }) {
         const qsizetype size = onDisk ? textOnDisk.size() : textToSave.size();
         for (qsizetype part = 0; part == 0 || part * partSize < size; ++part)

@@ -36,6 +36,10 @@ private:
     {
         QString textOnDisk;
         QString textToSave;
+        QStringView differingOnDisk;
+        QStringView differingToSave;
+        qsizetype countedOnDisk = 0;
+        qsizetype countedToSave = 0;
         LineBalance balance;
         QList<SshProbeName> probes;
         QString onDiskPath;

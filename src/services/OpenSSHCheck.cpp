@@ -87,9 +87,10 @@ void OpenSSHCheck::prepareInSteps(QList<Step> steps)
 
 void OpenSSHCheck::runStepsFrom(std::shared_ptr<const QList<Step>> steps, qsizetype next, quint64 generation)
 {
-    if (next >= steps->size() || generation != m_generation)
-        return;
-    steps->at(next)();
-    QTimer::singleShot(
-        0, this, [this, steps = std::move(steps), next, generation] { runStepsFrom(steps, next + 1, generation); });
+    QTimer::singleShot(0, this, [this, steps = std::move(steps), next, generation] {
+        if (next >= steps->size() || generation != m_generation)
+            return;
+        steps->at(next)();
+        runStepsFrom(steps, next + 1, generation);
+    });
 }

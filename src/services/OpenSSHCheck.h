@@ -51,9 +51,10 @@ protected:
     /// Reports result without running anything (still from the event loop, never from the caller's call).
     void finishWith(SshCheckResult result);
     using Step = std::function<void()>;
-    /// Runs the steps that prepare a check one per turn of the event loop, the first at once, so that
-    /// preparing a large file never holds up the window for long. The last step runs the jobs (or
-    /// reports); a step that reports, or a new start, drops the steps after it.
+    /// Runs the steps that prepare a check one per turn of the event loop, the first one too (the turn
+    /// that starts a check has work of its own, such as writing out the text to save), so that preparing
+    /// a large file never holds up the window for long. The last step runs the jobs (or reports); a step
+    /// that reports, or a new start, drops the steps after it.
     void prepareInSteps(QList<Step> steps);
 
 private:
