@@ -29,14 +29,14 @@ void countLines(KnownHostsCheck::LineBalance& balance, QStringView text, qsizety
 
 // Counts the lines of the next part of text, from counted up to a line end, and moves counted past
 // it; the part that reaches the end takes the piece after the last line end too, as split() does.
-void countPart(KnownHostsCheck::LineBalance& balance, QStringView text, qsizetype& counted, qsizetype weight)
+// Returns whether the whole text is counted.
+bool countPart(KnownHostsCheck::LineBalance& balance, QStringView text, qsizetype& counted, qsizetype weight)
 {
-    if (counted > text.size())
-        return;
     const qsizetype lineEnd = counted + partSize < text.size() ? text.indexOf(u'\n', counted + partSize) : -1;
     const qsizetype end = lineEnd < 0 ? text.size() : lineEnd;
     countLines(balance, text.sliced(counted, end - counted), weight);
     counted = end + 1;
+    return counted > text.size();
 }
 
 QStringList changedLines(const KnownHostsCheck::LineBalance& balance)
@@ -125,35 +125,35 @@ void KnownHostsCheck::start(const QString& textOnDisk, const QString& textToSave
     auto preparation = std::make_shared<Preparation>();
     preparation->textOnDisk = textOnDisk;
     preparation->textToSave = textToSave;
-    QList<Step> steps { [preparation] {
-        // An edit changes a few lines in one place: most of both texts is left out here at once.
-        const DifferingLines differing = DifferingLines::of(preparation->textOnDisk, preparation->textToSave);
-        preparation->differingOnDisk = differing.first;
-        preparation->differingToSave = differing.second;
-    } };
-    for (const bool onDisk : { true, false }) {
-        const qsizetype size = onDisk ? textOnDisk.size() : textToSave.size();
-        for (qsizetype part = 0; part * partSize <= size; ++part)
-            steps.append([preparation, onDisk] {
-                Preparation& p = *preparation;
-                countPart(p.balance, onDisk ? p.differingOnDisk : p.differingToSave,
-                    onDisk ? p.countedOnDisk : p.countedToSave, onDisk ? 1 : -1);
-            });
-    }
-    steps.append([this, preparation] {
-        // No probe for other names: a line that did not change cannot change their answer.
-        preparation->probes = SshProbeName::forPatterns(patternsOnChangedLines(preparation->balance), false);
-        preparation->balance.clear();
-        if (mayAskAbout(preparation->probes))
-            placeCopies(*preparation);
+    prepareInSteps({
+        [preparation] {
+            // An edit changes a few lines in one place: most of both texts is left out here at once.
+            const DifferingLines differing = DifferingLines::of(preparation->textOnDisk, preparation->textToSave);
+            preparation->differingOnDisk = differing.first;
+            preparation->differingToSave = differing.second;
+            return true;
+        },
+        [preparation] {
+            return countPart(preparation->balance, preparation->differingOnDisk, preparation->countedOnDisk, 1);
+        },
+        [preparation] {
+            return countPart(preparation->balance, preparation->differingToSave, preparation->countedToSave, -1);
+        },
+        [this, preparation] {
+            // No probe for other names: a line that did not change cannot change their answer.
+            preparation->probes = SshProbeName::forPatterns(patternsOnChangedLines(preparation->balance), false);
+            preparation->balance.clear();
+            if (mayAskAbout(preparation->probes))
+                placeCopies(*preparation);
+            return true;
+        },
+        [this, preparation] { return writePart(*preparation, true); },
+        [this, preparation] { return writePart(*preparation, false); },
+        [this, preparation] {
+            askAbout(*preparation);
+            return true;
+        },
     });
-    for (const bool onDisk : { true, false }) {
-        const qsizetype size = onDisk ? textOnDisk.size() : textToSave.size();
-        for (qsizetype part = 0; part == 0 || part * partSize < size; ++part)
-            steps.append([this, preparation, onDisk] { writePart(*preparation, onDisk); });
-    }
-    steps.append([this, preparation] { askAbout(*preparation); });
-    prepareInSteps(std::move(steps));
 }
 
 // Reports at once, and says no, when there is nothing to ask or too much.
@@ -184,8 +184,9 @@ bool KnownHostsCheck::placeCopies(Preparation& preparation)
     return true;
 }
 
-// Writes the next part of a copy, up to a line end, so that no turn converts megabytes at once.
-void KnownHostsCheck::writePart(Preparation& preparation, bool onDisk)
+// Writes the next part of a copy, up to a line end, so that no turn converts megabytes at once, and
+// returns whether the copy is complete (or could not be written, which reports).
+bool KnownHostsCheck::writePart(Preparation& preparation, bool onDisk)
 {
     const QString& text = onDisk ? preparation.textOnDisk : preparation.textToSave;
     qsizetype& written = onDisk ? preparation.writtenOnDisk : preparation.writtenToSave;
@@ -197,9 +198,10 @@ void KnownHostsCheck::writePart(Preparation& preparation, bool onDisk)
     if (!wrote) {
         finishWith(
             { {}, u"De tijdelijke bestanden voor de controle door ssh-keygen konden niet geschreven worden."_s });
-        return;
+        return true;
     }
     written = end;
+    return written == text.size();
 }
 
 void KnownHostsCheck::askAbout(const Preparation& preparation)

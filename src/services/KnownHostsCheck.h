@@ -50,6 +50,6 @@ private:
 
     bool mayAskAbout(const QList<SshProbeName>& probes);
     bool placeCopies(Preparation& preparation);
-    void writePart(Preparation& preparation, bool onDisk);
+    bool writePart(Preparation& preparation, bool onDisk);
     void askAbout(const Preparation& preparation);
 };

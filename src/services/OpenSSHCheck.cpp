@@ -90,7 +90,7 @@ void OpenSSHCheck::runStepsFrom(std::shared_ptr<const QList<Step>> steps, qsizet
     QTimer::singleShot(0, this, [this, steps = std::move(steps), next, generation] {
         if (next >= steps->size() || generation != m_generation)
             return;
-        steps->at(next)();
-        runStepsFrom(steps, next + 1, generation);
+        const bool done = steps->at(next)();
+        runStepsFrom(steps, done ? next + 1 : next, generation);
     });
 }

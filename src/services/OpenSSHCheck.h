@@ -50,7 +50,9 @@ protected:
     void runPairs(QList<ProcessQueue::Job> jobs, PairJudge judge, Conclusion conclude);
     /// Reports result without running anything (still from the event loop, never from the caller's call).
     void finishWith(SshCheckResult result);
-    using Step = std::function<void()>;
+    /// One step of preparing a check; it returns whether it is done. A step that is not runs again on
+    /// the next turn of the event loop, for work that is done a part at a time.
+    using Step = std::function<bool()>;
     /// Runs the steps that prepare a check one per turn of the event loop, the first one too (the turn
     /// that starts a check has work of its own, such as writing out the text to save), so that preparing
     /// a large file never holds up the window for long. The last step runs the jobs (or reports); a step

@@ -4,23 +4,22 @@
 
 using namespace Qt::StringLiterals;
 
-SshConfigCheck::Preparation::Preparation(const QString& directory, QString onDisk, QString toSave)
-    : copies(directory)
-    , textOnDisk(std::move(onDisk))
-    , textToSave(std::move(toSave))
-{
-    passes.append(Pass {});
-}
-
-QString SshConfigCheck::Preparation::writeCopy(const QString& fileName, bool onDisk, bool execAnswer)
-{
-    return copies.write(fileName, onDisk ? textOnDisk : textToSave, execAnswer);
-}
-
 namespace
 {
 // Beyond this many names a check would keep ssh busy for minutes: it is skipped and says so.
 constexpr qsizetype maxNames = 5000;
+
+// A config is copied and read a part of about this many characters per turn of the event loop, and
+// this many names are weighed per turn: at 10,000 hosts each takes a millisecond or two.
+constexpr qsizetype partSize = qsizetype(64) * 1024;
+constexpr qsizetype probesPerTurn = 1000;
+
+// Where the part of text that starts at from ends: past the first line end partSize characters on.
+qsizetype endOfPart(QStringView text, qsizetype from)
+{
+    const qsizetype lineEnd = from + partSize < text.size() ? text.indexOf(u'\n', from + partSize) : -1;
+    return lineEnd < 0 ? text.size() : lineEnd + 1;
+}
 
 const QString execTrueSuffix = u" (als Match exec slaagt)"_s;
 
@@ -66,6 +65,13 @@ void addNewKeywords(QList<SshSettingChange>& into, const QList<SshSettingChange>
 }
 } // namespace
 
+SshConfigCheck::Preparation::Preparation(const QString& directory, QString onDisk, QString toSave)
+    : copies(directory)
+    , textOnDisk(std::move(onDisk))
+    , textToSave(std::move(toSave))
+    , passes { Pass {}, Pass { {}, {}, execTrueSuffix } }
+{ }
+
 void SshConfigCheck::start(const QString& textOnDisk, const QString& textToSave)
 {
     cancel();
@@ -82,59 +88,101 @@ void SshConfigCheck::start(const QString& textOnDisk, const QString& textToSave)
         finishWith({ {}, u"Geen tijdelijke map voor de controle door ssh."_s });
         return;
     }
-    // Each copy and each reading of a text is a step of its own: at 1,000 hosts each takes
-    // milliseconds.
+    // Each copy and each reading of a text is done a part per turn of the event loop.
     auto preparation = std::make_shared<Preparation>(directory->path(), textOnDisk, textToSave);
     prepareInSteps({
-        [preparation] { preparation->passes[0].before = preparation->writeCopy(u"on-disk-exec-false"_s, true, false); },
-        [preparation] { preparation->passes[0].after = preparation->writeCopy(u"to-save-exec-false"_s, false, false); },
-        [preparation] {
-            if (preparation->copies.hasExec())
-                preparation->passes.append(
-                    { preparation->writeCopy(u"on-disk-exec-true"_s, true, true), QString(), execTrueSuffix });
+        [this, preparation] { return copyPart(*preparation, 0, true); },
+        [this, preparation] { return copyPart(*preparation, 0, false); },
+        [this, preparation] { return copyPart(*preparation, 1, true); },
+        [this, preparation] { return copyPart(*preparation, 1, false); },
+        [preparation] { return readPart(*preparation, true); },
+        [preparation] { return readPart(*preparation, false); },
+        [preparation] { return weighProbes(*preparation); },
+        [this, preparation] {
+            if (mayAskAbout(*preparation))
+                askAbout(*preparation);
+            return true;
         },
-        [preparation] {
-            if (preparation->copies.hasExec())
-                preparation->passes[1].after = preparation->writeCopy(u"to-save-exec-true"_s, false, true);
-        },
-        [preparation] {
-            // A Match line in an included file can make ssh read every file again for another name.
-            if (!preparation->copies.hasMatch())
-                preparation->reachBefore.emplace(preparation->textOnDisk);
-        },
-        [preparation] {
-            if (preparation->reachBefore)
-                preparation->reachAfter.emplace(preparation->textToSave);
-        },
-        [this, preparation] { chooseProbes(*preparation); },
-        [this, preparation] { askAbout(*preparation); },
     });
 }
 
-void SshConfigCheck::chooseProbes(Preparation& preparation)
+// Pass 1 is only made for a config with "Match exec", which the copies of pass 0 have found by then.
+bool SshConfigCheck::copyPart(Preparation& preparation, qsizetype pass, bool onDisk)
 {
-    QList<SshProbeName> probes = SshProbeName::forPatterns(preparation.copies.hostPatterns(), true);
-    if (preparation.reachBefore) {
-        // ssh is asked only about names whose reachable lines the save changes; "*" is always asked,
-        // since a line ssh cannot read at all fails the file for every name, reachable or not.
-        probes.removeIf([&](const SshProbeName& probe) {
-            return probe.shown != u"*"_s
-                && !SshConfigReach::mayDiffer(*preparation.reachBefore, *preparation.reachAfter, probe.asked);
-        });
+    const bool execAnswer = pass == 1;
+    if (execAnswer && !preparation.copies.hasExec())
+        return true;
+    Pass& into = preparation.passes[pass];
+    const QStringView text = onDisk ? preparation.textOnDisk : preparation.textToSave;
+    qsizetype& copied = onDisk ? into.copiedBefore : into.copiedAfter;
+    const qsizetype end = endOfPart(text, copied);
+    const QString fileName = (onDisk ? u"on-disk"_s : u"to-save"_s) + (execAnswer ? u"-exec-true"_s : u"-exec-false"_s);
+    const QStringView part = text.sliced(copied, end - copied);
+    QString& path = onDisk ? into.before : into.after;
+    path = copied == 0 ? preparation.copies.write(fileName, part, execAnswer)
+                       : preparation.copies.append(fileName, part, execAnswer);
+    if (path.isEmpty()) {
+        finishWith({ {}, u"De tijdelijke bestanden voor de controle door ssh konden niet geschreven worden."_s });
+        return true;
     }
-    if (probes.size() > maxNames) {
+    copied = end;
+    return copied == text.size();
+}
+
+// A Match line (in an included file too) can make ssh read every file again for another name, so
+// names are then not told apart and nothing is read.
+bool SshConfigCheck::readPart(Preparation& preparation, bool onDisk)
+{
+    if (preparation.copies.hasMatch())
+        return true;
+    std::optional<SshConfigReach>& reach = onDisk ? preparation.reachBefore : preparation.reachAfter;
+    if (!reach)
+        reach.emplace();
+    const QStringView text = onDisk ? preparation.textOnDisk : preparation.textToSave;
+    qsizetype& read = onDisk ? preparation.readBefore : preparation.readAfter;
+    const qsizetype end = endOfPart(text, read);
+    reach->read(text.sliced(read, end - read));
+    read = end;
+    return read == text.size();
+}
+
+// One probe per host pattern (each asked name once, ignoring case as ssh does) and last one for a
+// name no pattern mentions, as SshProbeName::forPatterns() makes them, a part per turn. ssh is asked
+// only about names whose reachable lines the save changes; "*" is always asked, since a line ssh
+// cannot read at all fails the file for every name, reachable or not.
+bool SshConfigCheck::weighProbes(Preparation& preparation)
+{
+    const QStringList& patterns = preparation.copies.hostPatterns();
+    const qsizetype end = std::min(preparation.weighed + probesPerTurn, patterns.size() + 1);
+    for (qsizetype i = preparation.weighed; i < end; ++i) {
+        const std::optional<SshProbeName> probe
+            = SshProbeName::forPattern(i < patterns.size() ? patterns.at(i) : u"*"_s);
+        if (!probe || preparation.askedNames.contains(probe->asked.toLower()))
+            continue;
+        preparation.askedNames.insert(probe->asked.toLower());
+        if (!preparation.reachBefore || probe->shown == u"*"_s
+            || SshConfigReach::mayDiffer(*preparation.reachBefore, *preparation.reachAfter, probe->asked))
+            preparation.probes.append(*probe);
+    }
+    preparation.weighed = end;
+    return end == patterns.size() + 1;
+}
+
+bool SshConfigCheck::mayAskAbout(const Preparation& preparation)
+{
+    if (preparation.probes.size() > maxNames) {
         finishWith({ {},
-            u"Te veel hostnamen ("_s + QString::number(probes.size())
+            u"Te veel hostnamen ("_s + QString::number(preparation.probes.size())
                 + u") om elke opslag door ssh te laten beoordelen; de controle is overgeslagen."_s });
-        return;
+        return false;
     }
-    preparation.probes = std::move(probes);
+    return true;
 }
 
 void SshConfigCheck::askAbout(const Preparation& preparation)
 {
     const QList<SshProbeName>& probes = preparation.probes;
-    const QList<Pass> passes = preparation.passes;
+    const QList<Pass> passes = preparation.passes.first(preparation.copies.hasExec() ? 2 : 1);
     QList<ProcessQueue::Job> jobs;
     for (const Pass& pass : passes) {
         for (const SshProbeName& probe : std::as_const(probes)) {

@@ -5,6 +5,8 @@
 #include "SshConfigReach.h"
 #include "SshProbeName.h"
 
+#include <QSet>
+
 #include <optional>
 
 /// Asks `ssh -G` what a config save changes: the text on disk and the text a save would write go to
@@ -33,30 +35,40 @@ public:
     void start(const QString& textOnDisk, const QString& textToSave);
 
 private:
-    // One pass: the two files as evaluated with one answer for every "Match exec".
+    // One pass: the two files as evaluated with one answer for every "Match exec", and how much of
+    // each text is copied so far.
     struct Pass
     {
         QString before;
         QString after;
         QString keywordSuffix;
+        qsizetype copiedBefore = 0;
+        qsizetype copiedAfter = 0;
     };
 
     // What the steps of start() build up for the last one.
     struct Preparation
     {
         Preparation(const QString& directory, QString onDisk, QString toSave);
-        QString writeCopy(const QString& fileName, bool onDisk, bool execAnswer);
 
         SshConfigCopies copies;
         QString textOnDisk;
         QString textToSave;
+        // Every "Match exec" false, then every one true.
         QList<Pass> passes;
         std::optional<SshConfigReach> reachBefore;
         std::optional<SshConfigReach> reachAfter;
+        qsizetype readBefore = 0;
+        qsizetype readAfter = 0;
+        qsizetype weighed = 0;
+        QSet<QString> askedNames;
         QList<SshProbeName> probes;
     };
 
-    void chooseProbes(Preparation& preparation);
+    bool copyPart(Preparation& preparation, qsizetype pass, bool onDisk);
+    static bool readPart(Preparation& preparation, bool onDisk);
+    static bool weighProbes(Preparation& preparation);
+    bool mayAskAbout(const Preparation& preparation);
     void askAbout(const Preparation& preparation);
     ProcessQueue::Job askSsh(const QString& configPath, const QString& name) const;
 };

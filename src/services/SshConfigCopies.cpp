@@ -37,11 +37,11 @@ QStringList expandInclude(const QString& argument)
 
 // A plain write: the copies live only for one check in a private directory, and the flush to disk
 // that a safe save makes would stall the event loop for nothing.
-bool writeText(const QString& path, const QString& text)
+bool writeText(const QString& path, const QString& text, QIODevice::OpenMode mode = QIODevice::WriteOnly)
 {
     QFile file(path);
     const QByteArray bytes = text.toUtf8();
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
+    return file.open(mode) && file.write(bytes) == bytes.size() && file.flush();
 }
 } // namespace
 
@@ -49,31 +49,42 @@ SshConfigCopies::SshConfigCopies(QString directory)
     : m_directory(std::move(directory))
 { }
 
-QString SshConfigCopies::write(const QString& fileName, const QString& text, bool execAnswer)
+QString SshConfigCopies::write(const QString& fileName, QStringView text, bool execAnswer)
+{
+    return writeRewritten(fileName, text, execAnswer, false);
+}
+
+QString SshConfigCopies::append(const QString& fileName, QStringView text, bool execAnswer)
+{
+    return writeRewritten(fileName, text, execAnswer, true);
+}
+
+QString SshConfigCopies::writeRewritten(const QString& fileName, QStringView text, bool execAnswer, bool append)
 {
     const QString path = QDir(m_directory).filePath(fileName);
-    return writeText(path, rewrite(text, execAnswer, 0)) ? path : QString();
+    const QIODevice::OpenMode mode = append ? QIODevice::Append : QIODevice::WriteOnly;
+    return writeText(path, rewrite(text, execAnswer, 0), mode) ? path : QString();
 }
 
 // ssh reads a config line by line, ending lines at LF only; every other character stays in its line.
-QString SshConfigCopies::rewrite(const QString& text, bool execAnswer, int depth)
+QString SshConfigCopies::rewrite(QStringView text, bool execAnswer, int depth)
 {
-    QStringList lines = text.split(u'\n');
-    for (QString& line : lines)
-        line = rewriteLine(line, execAnswer, depth);
+    QStringList lines;
+    for (const QStringView line : text.split(u'\n'))
+        lines.append(rewriteLine(line, execAnswer, depth));
     return lines.join(u'\n');
 }
 
-QString SshConfigCopies::rewriteLine(const QString& line, bool execAnswer, int depth)
+QString SshConfigCopies::rewriteLine(QStringView line, bool execAnswer, int depth)
 {
     const QStringList words = OpenSSHLineWords::split(line);
     if (words.isEmpty())
-        return line;
+        return line.toString();
     const QString keyword = words.first().toLower();
     if (keyword == u"host"_s) {
         for (qsizetype i = 1; i < words.size(); ++i)
             notePatterns(words.at(i), QChar());
-        return line;
+        return line.toString();
     }
     if (keyword == u"match"_s) {
         m_hasMatch = true;
@@ -81,7 +92,7 @@ QString SshConfigCopies::rewriteLine(const QString& line, bool execAnswer, int d
     }
     if (keyword == u"include"_s)
         return rewriteInclude(words, execAnswer, depth);
-    return line;
+    return line.toString();
 }
 
 QString SshConfigCopies::rewriteMatch(const QStringList& words, bool execAnswer)

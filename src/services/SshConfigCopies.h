@@ -4,6 +4,7 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
+#include <QStringView>
 
 /// Copies of a client config that `ssh -G` may read without running anything of the user's.
 ///
@@ -24,7 +25,10 @@ public:
 
     /// Writes text, rewritten for execAnswer, as the file named fileName in the directory, and
     /// returns its path, or an empty text when it cannot be written.
-    QString write(const QString& fileName, const QString& text, bool execAnswer);
+    QString write(const QString& fileName, QStringView text, bool execAnswer);
+    /// The same, adding to the end of the file: the text of a large config can be copied a part at a
+    /// time, each part starting where a line starts.
+    QString append(const QString& fileName, QStringView text, bool execAnswer);
 
     /// Whether any text written so far (included files too) has a "Match exec" criterion.
     bool hasExec() const { return m_hasExec; }
@@ -34,8 +38,9 @@ public:
     const QStringList& hostPatterns() const { return m_hostPatterns; }
 
 private:
-    QString rewrite(const QString& text, bool execAnswer, int depth);
-    QString rewriteLine(const QString& line, bool execAnswer, int depth);
+    QString writeRewritten(const QString& fileName, QStringView text, bool execAnswer, bool append);
+    QString rewrite(QStringView text, bool execAnswer, int depth);
+    QString rewriteLine(QStringView line, bool execAnswer, int depth);
     QString rewriteMatch(const QStringList& words, bool execAnswer);
     QString rewriteInclude(const QStringList& words, bool execAnswer, int depth);
     QString copyOfIncluded(const QString& path, bool execAnswer, int depth);

@@ -9,36 +9,63 @@
 
 using namespace Qt::StringLiterals;
 
-SshConfigReach::SshConfigReach(const QString& text)
+SshConfigReach::SshConfigReach()
 {
     m_blocks.append(Block());
-    for (const QStringView line : QStringView(text).split(u'\n')) {
+}
+
+SshConfigReach::SshConfigReach(QStringView text)
+    : SshConfigReach()
+{
+    read(text);
+}
+
+void SshConfigReach::read(QStringView text)
+{
+    QList<NameEntry> names;
+    for (const QStringView line : text.split(u'\n')) {
         QStringList words = OpenSSHLineWords::split(line);
         if (words.isEmpty())
             continue;
         words.first() = words.first().toLower();
         if (words.first() == u"match"_s)
             m_hasMatch = true;
-        if (words.first() == u"host"_s) {
-            m_blocks.append(Block { words.mid(1), {} });
-            index(m_blocks.size() - 1);
+        if (words.first() == u"host"_s)
+            startBlock(words.mid(1), names);
+        for (const QString& word : std::as_const(words)) {
+            const auto size = static_cast<quint32>(word.size());
+            m_lines += QChar(static_cast<char16_t>(size >> 16));
+            m_lines += QChar(static_cast<char16_t>(size & 0xFFFF));
+            m_lines += word;
         }
-        m_blocks.last().lines.append(words);
+        m_lines += u'\n';
+        m_blocks.last().size = m_lines.size() - m_blocks.last().start;
     }
+    // Parts are read in file order, so the names of this part only need merging in.
+    std::sort(names.begin(), names.end());
+    const auto middle = m_blocksByName.size();
+    m_blocksByName.append(names);
+    std::inplace_merge(m_blocksByName.begin(), m_blocksByName.begin() + middle, m_blocksByName.end());
 }
 
-void SshConfigReach::index(qsizetype block)
+void SshConfigReach::startBlock(QStringList patterns, QList<NameEntry>& names)
 {
-    const QStringList& patterns = m_blocks.at(block).patterns;
-    if (patterns.isEmpty() || !std::all_of(patterns.cbegin(), patterns.cend(), &SshConfigReach::isPlainName)) {
+    const qsizetype block = m_blocks.size();
+    const bool plain
+        = !patterns.isEmpty() && std::all_of(patterns.cbegin(), patterns.cend(), &SshConfigReach::isPlainName);
+    if (plain) {
+        for (const QString& pattern : std::as_const(patterns))
+            names.append({ keyOf(pattern), block });
+        patterns.clear();
+    } else {
         m_otherBlocks.append(block);
-        return;
     }
-    for (const QString& pattern : patterns) {
-        QList<qsizetype>& blocks = m_blocksByName[pattern.toLower()];
-        if (blocks.isEmpty() || blocks.last() != block)
-            blocks.append(block);
-    }
+    m_blocks.append(Block { std::move(patterns), m_lines.size(), 0 });
+}
+
+size_t SshConfigReach::keyOf(const QString& name)
+{
+    return qHash(name.toLower());
 }
 
 bool SshConfigReach::isPlainName(const QString& pattern)
@@ -48,21 +75,30 @@ bool SshConfigReach::isPlainName(const QString& pattern)
 
 QList<qsizetype> SshConfigReach::blocksThatMayMatch(const QString& name) const
 {
-    QList<qsizetype> blocks = m_blocksByName.value(name.toLower());
+    const size_t key = keyOf(name);
+    const auto byKey = [](const NameEntry& a, const NameEntry& b) { return a.first < b.first; };
+    const auto [from, to]
+        = std::equal_range(m_blocksByName.cbegin(), m_blocksByName.cend(), NameEntry { key, 0 }, byKey);
+    QList<qsizetype> blocks;
+    for (auto it = from; it != to; ++it)
+        blocks.append(it->second);
     for (const qsizetype block : m_otherBlocks) {
         if (m_blocks.at(block).patterns.isEmpty() || mayMatch(m_blocks.at(block).patterns, name))
             blocks.append(block);
     }
     std::sort(blocks.begin(), blocks.end());
+    blocks.erase(std::unique(blocks.begin(), blocks.end()), blocks.end());
     return blocks;
 }
 
-QList<QStringList> SshConfigReach::linesFor(const QString& name) const
+QList<QStringView> SshConfigReach::linesFor(const QString& name) const
 {
     // The lines before the first Host line reach every name.
-    QList<QStringList> lines = m_blocks.first().lines;
-    for (const qsizetype block : blocksThatMayMatch(name))
-        lines += m_blocks.at(block).lines;
+    QList<qsizetype> blocks = blocksThatMayMatch(name);
+    blocks.prepend(0);
+    QList<QStringView> lines;
+    for (const qsizetype block : std::as_const(blocks))
+        lines.append(QStringView(m_lines).sliced(m_blocks.at(block).start, m_blocks.at(block).size));
     return lines;
 }
 

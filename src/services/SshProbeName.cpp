@@ -22,22 +22,30 @@ bool askable(const QString& name)
 }
 } // namespace
 
+std::optional<SshProbeName> SshProbeName::forPattern(const QString& pattern)
+{
+    const QString positive = pattern.startsWith(u'!') ? pattern.mid(1) : pattern;
+    const bool wildcard = positive.contains(u'*') || positive.contains(u'?');
+    const QString asked = wildcard ? nameMatching(positive) : positive;
+    if (!askable(asked))
+        return std::nullopt;
+    return SshProbeName { positive, asked };
+}
+
 QList<SshProbeName> SshProbeName::forPatterns(const QStringList& patterns, bool withEveryOtherHost)
 {
     QList<SshProbeName> probes;
     QSet<QString> asked;
-    auto add = [&](const QString& shownAs, const QString& name) {
-        if (askable(name) && !asked.contains(name.toLower())) {
-            asked.insert(name.toLower());
-            probes.append({ shownAs, name });
+    auto add = [&](const QString& pattern) {
+        std::optional<SshProbeName> probe = forPattern(pattern);
+        if (probe && !asked.contains(probe->asked.toLower())) {
+            asked.insert(probe->asked.toLower());
+            probes.append(std::move(*probe));
         }
     };
-    for (const QString& pattern : patterns) {
-        const QString positive = pattern.startsWith(u'!') ? pattern.mid(1) : pattern;
-        const bool wildcard = positive.contains(u'*') || positive.contains(u'?');
-        add(positive, wildcard ? nameMatching(positive) : positive);
-    }
+    for (const QString& pattern : patterns)
+        add(pattern);
     if (withEveryOtherHost)
-        add(u"*"_s, nameMatching(u"*"_s));
+        add(u"*"_s);
     return probes;
 }

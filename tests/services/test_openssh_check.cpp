@@ -246,6 +246,39 @@ private slots:
         QCOMPARE(describe(result), QStringList { u"b.example: known_hosts @revoked "_s + edKey + u" -> "_s });
     }
 
+    /// Files of several parts for every stage of the preparation (copies, counting, reading, weighing
+    /// names): only the hosts whose answers change are reported.
+    void largeConfigIsJudgedAcrossItsParts()
+    {
+        QString config;
+        for (int i = 0; i < 2500; ++i) {
+            const QString n = QString::number(i);
+            config += u"Host web"_s + n + u" web"_s + n + u".lan\n  HostName 10.0.0.1\n  User deploy\n\n"_s;
+        }
+        const qsizetype host = config.indexOf(u"Host web1700 "_s);
+        config.insert(config.indexOf(u'\n', host) + 1, u"  Port=2222\n"_s);
+        SshConfigCheck check(m_ssh);
+        check.start(config, savedUnchanged(config));
+        QCOMPARE(describe(waitForResult(check)),
+            (QStringList { u"web1700: port 2222 -> 22"_s, u"web1700.lan: port 2222 -> 22"_s }));
+    }
+
+    void largeKnownHostsIsJudgedAcrossItsParts()
+    {
+        QString before;
+        for (int i = 0; i < 4000; ++i)
+            before += u"host"_s + QString::number(i) + u".example "_s + edKey + u'\n';
+        QString after = before;
+        // Near both ends, so that nearly every line lies between the first and last changed one.
+        after.replace(u"\nhost5.example "_s, u"\n@revoked host5.example "_s);
+        after.replace(u"\nhost3995.example "_s, u"\n@revoked host3995.example "_s);
+        KnownHostsCheck check(m_sshKeygen);
+        check.start(before, after);
+        QCOMPARE(describe(waitForResult(check)),
+            (QStringList { u"host3995.example: known_hosts "_s + edKey + u" -> @revoked "_s + edKey,
+                u"host5.example: known_hosts "_s + edKey + u" -> @revoked "_s + edKey }));
+    }
+
     void missingProgramIsReported()
     {
         SshConfigCheck config { QString() };

@@ -65,6 +65,25 @@ private Q_SLOTS:
         QFETCH(bool, differs);
         QCOMPARE(SshConfigReach::mayDiffer(SshConfigReach(before), SshConfigReach(after), name), differs);
     }
+
+    /// A large config is read a part at a time; wherever a part ends, the answer is the same.
+    void readingInPartsGivesTheSameAnswer_data() { mayDiffer_data(); }
+
+    void readingInPartsGivesTheSameAnswer()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, after);
+        QFETCH(QString, name);
+        QFETCH(bool, differs);
+        const SshConfigReach afterAtOnce(after);
+        for (qsizetype lineStart = 0; lineStart >= 0 && lineStart <= before.size();
+             lineStart = before.indexOf(u'\n', lineStart) < 0 ? -1 : before.indexOf(u'\n', lineStart) + 1) {
+            SshConfigReach inParts;
+            inParts.read(QStringView(before).first(lineStart));
+            inParts.read(QStringView(before).sliced(lineStart));
+            QCOMPARE(SshConfigReach::mayDiffer(inParts, afterAtOnce, name), differs);
+        }
+    }
 };
 
 QTEST_GUILESS_MAIN(TestSshConfigReach)
