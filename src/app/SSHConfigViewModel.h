@@ -675,7 +675,8 @@ private:
     void openSeedInConfig(const KnownHostSeed& seed);
     QString writeConfigText(const QString& text, const QString& prefixOnSuccess);
     void setUpSshCheck();
-    void scheduleSshCheck();
+    void scheduleSshCheck(SSHFile file);
+    void checkChangedFiles();
     void noteTextOnDisk(SSHFile file, std::optional<QString> text);
     void takeSshCheckResult(SSHFile file, const SshCheckResult& result);
     void updateSshCheckProgress();
@@ -749,6 +750,9 @@ private:
     SshConfigCheck* m_configCheck = nullptr;
     KnownHostsCheck* m_knownHostsCheck = nullptr;
     QTimer* m_sshCheckDelay = nullptr;
+    // Whether each file may have changed since its check last started.
+    bool m_configCheckDue = false;
+    bool m_knownHostsCheckDue = false;
     // The pair of texts each check last started on, so that an unchanged pair is not checked again.
     std::optional<std::pair<QString, QString>> m_configCheckTexts;
     std::optional<std::pair<QString, QString>> m_knownHostsCheckTexts;

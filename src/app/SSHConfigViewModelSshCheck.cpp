@@ -16,6 +16,8 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -63,12 +65,14 @@ void SSHConfigViewModel::setUpSshCheck()
     m_sshCheckDelay = new QTimer(this);
     m_sshCheckDelay->setSingleShot(true);
     m_sshCheckDelay->setInterval(sshCheckDelayMs);
-    connect(m_sshCheckDelay, &QTimer::timeout, this, &SSHConfigViewModel::checkWhatSshWillDo);
+    connect(m_sshCheckDelay, &QTimer::timeout, this, &SSHConfigViewModel::checkChangedFiles);
     for (const auto signal : { &SSHConfigViewModel::documentChanged, &SSHConfigViewModel::rawTextChanged,
-             &SSHConfigViewModel::knownHostsDocumentChanged, &SSHConfigViewModel::activeEditorTabChanged,
-             &SSHConfigViewModel::rawEditorDirtyChanged, &SSHConfigViewModel::rawTextDirtyChanged,
-             &SSHConfigViewModel::knownHostsDirtyChanged })
-        connect(this, signal, this, &SSHConfigViewModel::scheduleSshCheck);
+             &SSHConfigViewModel::activeEditorTabChanged, &SSHConfigViewModel::rawEditorDirtyChanged,
+             &SSHConfigViewModel::rawTextDirtyChanged })
+        connect(this, signal, this, [this] { scheduleSshCheck(SSHFile::config); });
+    for (const auto signal :
+        { &SSHConfigViewModel::knownHostsDocumentChanged, &SSHConfigViewModel::knownHostsDirtyChanged })
+        connect(this, signal, this, [this] { scheduleSshCheck(SSHFile::knownHosts); });
     for (const auto signal : { &SSHConfigViewModel::rawEditorDirtyChanged, &SSHConfigViewModel::rawTextDirtyChanged,
              &SSHConfigViewModel::knownHostsDirtyChanged })
         connect(this, signal, this, &SSHConfigViewModel::updateUnchangedSaveWarning);
@@ -96,8 +100,9 @@ void SSHConfigViewModel::setSshCheckPrograms(const QString& ssh, const QString& 
     checkWhatSshWillDo();
 }
 
-void SSHConfigViewModel::scheduleSshCheck()
+void SSHConfigViewModel::scheduleSshCheck(SSHFile file)
 {
+    (file == SSHFile::config ? m_configCheckDue : m_knownHostsCheckDue) = true;
     if (m_sshCheckDelay)
         m_sshCheckDelay->start();
 }
@@ -105,7 +110,7 @@ void SSHConfigViewModel::scheduleSshCheck()
 void SSHConfigViewModel::noteTextOnDisk(SSHFile file, std::optional<QString> text)
 {
     (file == SSHFile::config ? m_configTextOnDisk : m_knownHostsTextOnDisk) = std::move(text);
-    scheduleSshCheck();
+    scheduleSshCheck(file);
 }
 
 QString SSHConfigViewModel::configTextToSave() const
@@ -115,15 +120,24 @@ QString SSHConfigViewModel::configTextToSave() const
     return m_parser.serialize(m_document);
 }
 
-// A check starts only for a pair of texts it has not started on yet; a file with no text on disk (its
-// load failed) is not checked, since no save of it happens from that state.
 void SSHConfigViewModel::checkWhatSshWillDo()
+{
+    m_configCheckDue = true;
+    m_knownHostsCheckDue = true;
+    checkChangedFiles();
+}
+
+// Only a file that may have changed since its last check is written out again (at 100,000 known_hosts
+// entries that alone takes milliseconds), and a check starts only for a pair of texts it has not
+// started on yet. A file with no text on disk (its load failed) is not checked, since no save of it
+// happens from that state.
+void SSHConfigViewModel::checkChangedFiles()
 {
     if (m_sshCheckDelay)
         m_sshCheckDelay->stop();
     if (!m_configCheck)
         return;
-    if (m_configTextOnDisk) {
+    if (std::exchange(m_configCheckDue, false) && m_configTextOnDisk) {
         std::pair<QString, QString> texts { *m_configTextOnDisk, configTextToSave() };
         if (texts != m_configCheckTexts) {
             m_configCheckTexts = texts;
@@ -131,7 +145,7 @@ void SSHConfigViewModel::checkWhatSshWillDo()
             m_configCheck->start(texts.first, texts.second);
         }
     }
-    if (m_knownHostsTextOnDisk) {
+    if (std::exchange(m_knownHostsCheckDue, false) && m_knownHostsTextOnDisk) {
         std::pair<QString, QString> texts { *m_knownHostsTextOnDisk,
             m_knownHostsService.serialize(m_knownHostsDocument) };
         if (texts != m_knownHostsCheckTexts) {
