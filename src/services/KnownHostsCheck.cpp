@@ -27,18 +27,6 @@ void countLines(KnownHostsCheck::LineBalance& balance, QStringView text, qsizety
         balance[line] += weight;
 }
 
-// Counts the lines of the next part of text, from counted up to a line end, and moves counted past
-// it; the part that reaches the end takes the piece after the last line end too, as split() does.
-// Returns whether the whole text is counted.
-bool countPart(KnownHostsCheck::LineBalance& balance, QStringView text, qsizetype& counted, qsizetype weight)
-{
-    const qsizetype lineEnd = counted + partSize < text.size() ? text.indexOf(u'\n', counted + partSize) : -1;
-    const qsizetype end = lineEnd < 0 ? text.size() : lineEnd;
-    countLines(balance, text.sliced(counted, end - counted), weight);
-    counted = end + 1;
-    return counted > text.size();
-}
-
 QStringList changedLines(const KnownHostsCheck::LineBalance& balance)
 {
     QStringList changed;
@@ -110,6 +98,18 @@ QStringList KnownHostsCheck::patternsOnChangedLines(const LineBalance& balance)
         }
     }
     return patterns;
+}
+
+// Counts the lines of the next part of text and moves counted past it; returns whether the whole
+// text is counted. A part that ends at a line end counts its lines without that end, and the last part
+// counts as split() does, so the parts together count what the whole text counts.
+bool KnownHostsCheck::countPart(LineBalance& balance, QStringView text, qsizetype& counted, qsizetype weight)
+{
+    const qsizetype end = endOfPart(text, counted, partSize);
+    const bool last = end == text.size();
+    countLines(balance, text.sliced(counted, end - counted - (last ? 0 : 1)), weight);
+    counted = end;
+    return last;
 }
 
 void KnownHostsCheck::start(const QString& textOnDisk, const QString& textToSave)
@@ -190,8 +190,7 @@ bool KnownHostsCheck::writePart(Preparation& preparation, bool onDisk)
 {
     const QString& text = onDisk ? preparation.textOnDisk : preparation.textToSave;
     qsizetype& written = onDisk ? preparation.writtenOnDisk : preparation.writtenToSave;
-    const qsizetype lineEnd = written + partSize < text.size() ? text.indexOf(u'\n', written + partSize) : -1;
-    const qsizetype end = lineEnd < 0 ? text.size() : lineEnd + 1;
+    const qsizetype end = endOfPart(text, written, partSize);
     QFile file(onDisk ? preparation.onDiskPath : preparation.toSavePath);
     const bool wrote = file.open(written == 0 ? QIODevice::WriteOnly : QIODevice::Append)
         && file.write(QStringView(text).sliced(written, end - written).toUtf8()) >= 0;

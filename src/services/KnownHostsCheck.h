@@ -48,6 +48,7 @@ private:
         qsizetype writtenToSave = 0;
     };
 
+    static bool countPart(LineBalance& balance, QStringView text, qsizetype& counted, qsizetype weight);
     bool mayAskAbout(const QList<SshProbeName>& probes);
     bool placeCopies(Preparation& preparation);
     bool writePart(Preparation& preparation, bool onDisk);

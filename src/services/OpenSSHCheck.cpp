@@ -66,6 +66,12 @@ void OpenSSHCheck::takeOutcome(qsizetype job, const Outcome& outcome)
     m_judge(pair, onDiskFirst ? first : outcome, onDiskFirst ? outcome : first);
 }
 
+qsizetype OpenSSHCheck::endOfPart(QStringView text, qsizetype from, qsizetype partSize)
+{
+    const qsizetype lineEnd = from + partSize < text.size() ? text.indexOf(u'\n', from + partSize) : -1;
+    return lineEnd < 0 ? text.size() : lineEnd + 1;
+}
+
 void OpenSSHCheck::finishWith(SshCheckResult result)
 {
     cancel();

@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QObject>
 #include <QString>
+#include <QStringView>
 #include <QTemporaryDir>
 
 #include <functional>
@@ -50,6 +51,9 @@ protected:
     void runPairs(QList<ProcessQueue::Job> jobs, PairJudge judge, Conclusion conclude);
     /// Reports result without running anything (still from the event loop, never from the caller's call).
     void finishWith(SshCheckResult result);
+    /// Where the part of text that starts at from ends, for work done a part at a time: just past the
+    /// first line end at least partSize characters on, or at the end of the text.
+    static qsizetype endOfPart(QStringView text, qsizetype from, qsizetype partSize);
     /// One step of preparing a check; it returns whether it is done. A step that is not runs again on
     /// the next turn of the event loop, for work that is done a part at a time.
     using Step = std::function<bool()>;

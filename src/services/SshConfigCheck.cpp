@@ -14,13 +14,6 @@ constexpr qsizetype maxNames = 5000;
 constexpr qsizetype partSize = qsizetype(64) * 1024;
 constexpr qsizetype probesPerTurn = 1000;
 
-// Where the part of text that starts at from ends: past the first line end partSize characters on.
-qsizetype endOfPart(QStringView text, qsizetype from)
-{
-    const qsizetype lineEnd = from + partSize < text.size() ? text.indexOf(u'\n', from + partSize) : -1;
-    return lineEnd < 0 ? text.size() : lineEnd + 1;
-}
-
 const QString execTrueSuffix = u" (als Match exec slaagt)"_s;
 
 QString firstLine(const QByteArray& bytes)
@@ -115,7 +108,7 @@ bool SshConfigCheck::copyPart(Preparation& preparation, qsizetype pass, bool onD
     Pass& into = preparation.passes[pass];
     const QStringView text = onDisk ? preparation.textOnDisk : preparation.textToSave;
     qsizetype& copied = onDisk ? into.copiedBefore : into.copiedAfter;
-    const qsizetype end = endOfPart(text, copied);
+    const qsizetype end = endOfPart(text, copied, partSize);
     const QString fileName = (onDisk ? u"on-disk"_s : u"to-save"_s) + (execAnswer ? u"-exec-true"_s : u"-exec-false"_s);
     const QStringView part = text.sliced(copied, end - copied);
     QString& path = onDisk ? into.before : into.after;
@@ -140,7 +133,7 @@ bool SshConfigCheck::readPart(Preparation& preparation, bool onDisk)
         reach.emplace();
     const QStringView text = onDisk ? preparation.textOnDisk : preparation.textToSave;
     qsizetype& read = onDisk ? preparation.readBefore : preparation.readAfter;
-    const qsizetype end = endOfPart(text, read);
+    const qsizetype end = endOfPart(text, read, partSize);
     reach->read(text.sliced(read, end - read));
     read = end;
     return read == text.size();
