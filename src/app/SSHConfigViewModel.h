@@ -677,6 +677,8 @@ private:
     void setUpSshCheck();
     void scheduleSshCheck(SSHFile file);
     void checkChangedFiles();
+    void writeKnownHostsTextPart();
+    void updateSshCheckRunning();
     void noteTextOnDisk(SSHFile file, std::optional<QString> text);
     void takeSshCheckResult(SSHFile file, const SshCheckResult& result);
     void updateSshCheckProgress();
@@ -753,6 +755,10 @@ private:
     // Whether each file may have changed since its check last started.
     bool m_configCheckDue = false;
     bool m_knownHostsCheckDue = false;
+    // The known_hosts text a save would write, as far as it is written out for the next check.
+    QTimer* m_knownHostsTextWriter = nullptr;
+    QString m_knownHostsTextToCheck;
+    qsizetype m_knownHostsTextWritten = 0;
     // The pair of texts each check last started on, so that an unchanged pair is not checked again.
     std::optional<std::pair<QString, QString>> m_configCheckTexts;
     std::optional<std::pair<QString, QString>> m_knownHostsCheckTexts;

@@ -26,6 +26,8 @@ namespace
 constexpr int sshCheckDelayMs = 300;
 // The pane lists a keyword's lines up to this many; more would say nothing more.
 constexpr qsizetype maxCauseLines = 40;
+// known_hosts records written out per turn of the event loop for a check: about a millisecond's work.
+constexpr qsizetype recordsPerTurn = 10000;
 
 // The keyword as written in a config: the check adds a note to keywords of the exec pass.
 QString configKeyword(const QString& keyword)
@@ -66,6 +68,10 @@ void SSHConfigViewModel::setUpSshCheck()
     m_sshCheckDelay->setSingleShot(true);
     m_sshCheckDelay->setInterval(sshCheckDelayMs);
     connect(m_sshCheckDelay, &QTimer::timeout, this, &SSHConfigViewModel::checkChangedFiles);
+    m_knownHostsTextWriter = new QTimer(this);
+    m_knownHostsTextWriter->setSingleShot(true);
+    m_knownHostsTextWriter->setInterval(0);
+    connect(m_knownHostsTextWriter, &QTimer::timeout, this, &SSHConfigViewModel::writeKnownHostsTextPart);
     for (const auto signal : { &SSHConfigViewModel::documentChanged, &SSHConfigViewModel::rawTextChanged,
              &SSHConfigViewModel::activeEditorTabChanged, &SSHConfigViewModel::rawEditorDirtyChanged,
              &SSHConfigViewModel::rawTextDirtyChanged })
@@ -103,6 +109,11 @@ void SSHConfigViewModel::setSshCheckPrograms(const QString& ssh, const QString& 
 void SSHConfigViewModel::scheduleSshCheck(SSHFile file)
 {
     (file == SSHFile::config ? m_configCheckDue : m_knownHostsCheckDue) = true;
+    // A text half written out belongs to a document that is no longer there.
+    if (file == SSHFile::knownHosts && m_knownHostsTextWriter) {
+        m_knownHostsTextWriter->stop();
+        m_knownHostsTextToCheck.clear();
+    }
     if (m_sshCheckDelay)
         m_sshCheckDelay->start();
 }
@@ -127,10 +138,9 @@ void SSHConfigViewModel::checkWhatSshWillDo()
     checkChangedFiles();
 }
 
-// Only a file that may have changed since its last check is written out again (at 100,000 known_hosts
-// entries that alone takes milliseconds), and a check starts only for a pair of texts it has not
-// started on yet. A file with no text on disk (its load failed) is not checked, since no save of it
-// happens from that state.
+// Only a file that may have changed since its last check is written out again, and a check starts
+// only for a pair of texts it has not started on yet. A file with no text on disk (its load failed) is
+// not checked, since no save of it happens from that state.
 void SSHConfigViewModel::checkChangedFiles()
 {
     if (m_sshCheckDelay)
@@ -146,17 +156,41 @@ void SSHConfigViewModel::checkChangedFiles()
         }
     }
     if (std::exchange(m_knownHostsCheckDue, false) && m_knownHostsTextOnDisk) {
-        std::pair<QString, QString> texts { *m_knownHostsTextOnDisk,
-            m_knownHostsService.serialize(m_knownHostsDocument) };
-        if (texts != m_knownHostsCheckTexts) {
-            m_knownHostsCheckTexts = texts;
-            m_knownHostsCheckProgress = {};
-            m_knownHostsCheck->start(texts.first, texts.second);
-        }
+        m_knownHostsTextToCheck = m_knownHostsService.emptyTextFor(m_knownHostsDocument);
+        m_knownHostsTextWritten = 0;
+        writeKnownHostsTextPart();
     }
-    change(m_sshCheckRunning, m_configCheck->isRunning() || m_knownHostsCheck->isRunning(),
-        &SSHConfigViewModel::sshCheckRunningChanged);
+    updateSshCheckRunning();
     updateSshCheckProgress();
+}
+
+// At 100,000 entries the text a save would write takes 10 ms or more to write out, so it is written a
+// part per turn of the event loop; a change of the document in between starts it again.
+void SSHConfigViewModel::writeKnownHostsTextPart()
+{
+    const qsizetype records = m_knownHostsDocument.records().size();
+    const qsizetype end = std::min(m_knownHostsTextWritten + recordsPerTurn, records);
+    m_knownHostsService.serializePart(m_knownHostsTextToCheck, m_knownHostsDocument, m_knownHostsTextWritten, end);
+    m_knownHostsTextWritten = end;
+    if (end < records) {
+        m_knownHostsTextWriter->start();
+        return;
+    }
+    std::pair<QString, QString> texts { *m_knownHostsTextOnDisk, std::exchange(m_knownHostsTextToCheck, {}) };
+    if (texts != m_knownHostsCheckTexts) {
+        m_knownHostsCheckTexts = texts;
+        m_knownHostsCheckProgress = {};
+        m_knownHostsCheck->start(texts.first, texts.second);
+    }
+    updateSshCheckRunning();
+    updateSshCheckProgress();
+}
+
+void SSHConfigViewModel::updateSshCheckRunning()
+{
+    const bool running
+        = m_configCheck->isRunning() || m_knownHostsTextWriter->isActive() || m_knownHostsCheck->isRunning();
+    change(m_sshCheckRunning, running, &SSHConfigViewModel::sshCheckRunningChanged);
 }
 
 void SSHConfigViewModel::takeSshCheckResult(SSHFile file, const SshCheckResult& result)
@@ -171,8 +205,7 @@ void SSHConfigViewModel::takeSshCheckResult(SSHFile file, const SshCheckResult& 
     QStringList problems { m_configCheckProblem, m_knownHostsCheckProblem };
     problems.removeAll(QString());
     change(m_sshCheckProblem, problems.join(u' '), &SSHConfigViewModel::sshCheckProblemChanged);
-    change(m_sshCheckRunning, m_configCheck->isRunning() || m_knownHostsCheck->isRunning(),
-        &SSHConfigViewModel::sshCheckRunningChanged);
+    updateSshCheckRunning();
     updateSshCheckProgress();
     updateUnchangedSaveWarning();
 }

@@ -120,15 +120,26 @@ KnownHostsParseResult KnownHostsService::parse(const QString& text) const
 
 QString KnownHostsService::serialize(const KnownHostsDocument& document) const
 {
+    QString out = emptyTextFor(document);
+    serializePart(out, document, 0, document.records().size());
+    return out;
+}
+
+QString KnownHostsService::emptyTextFor(const KnownHostsDocument& document) const
+{
     QString out;
     out.reserve(estimatedLength(document));
     adviseHugePages(out.data(), static_cast<std::size_t>(out.capacity()) * sizeof(QChar));
-    bool first = true;
-    for (const KnownHostsRecord& record : document.records()) {
-        if (!first)
-            out += u'\n';
-        first = false;
-        appendRecord(out, record.kind());
-    }
     return out;
+}
+
+void KnownHostsService::serializePart(
+    QString& out, const KnownHostsDocument& document, qsizetype first, qsizetype end) const
+{
+    const QList<KnownHostsRecord>& records = document.records();
+    for (qsizetype i = first; i < end; ++i) {
+        if (i > 0)
+            out += u'\n';
+        appendRecord(out, records.at(i).kind());
+    }
 }

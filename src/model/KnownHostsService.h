@@ -30,4 +30,11 @@ public:
     /// invalid text unchanged, comments trimmed (prefixed "# " when they lack "#"), entries in normal
     /// form (single blanks, lower-case marker, "# " before a commented-out entry).
     QString serialize(const KnownHostsDocument& document) const;
+
+    /// The same a part at a time, for a caller that spreads a large document over several turns:
+    /// emptyTextFor() gives an empty text with room for all of document, and serializePart() appends
+    /// the records from first up to (not including) end. Parts appended in order, from the first record
+    /// to the last, give what serialize() gives.
+    QString emptyTextFor(const KnownHostsDocument& document) const;
+    void serializePart(QString& out, const KnownHostsDocument& document, qsizetype first, qsizetype end) const;
 };

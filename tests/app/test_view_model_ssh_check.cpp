@@ -112,6 +112,30 @@ private Q_SLOTS:
         QCOMPARE(vm.configSshChanges().first().changes.first().keyword, u"compression"_s);
     }
 
+    /// A known_hosts file of several parts is written out for the check a part per turn of the event
+    /// loop; an edit while that is under way starts it again, so the check judges the document as it is.
+    void knownHostsEditedWhileWrittenOut()
+    {
+        QString knownHosts;
+        for (int i = 0; i < 25000; ++i)
+            knownHosts += u"host"_s + QString::number(i) + u".example "_s + edKey + u'\n';
+        ViewModelFixture fixture;
+        SSHConfigViewModel& vm = fixture.make(u"Host web\n  HostName web.example\n"_s, knownHosts);
+        waitForCheck(vm);
+        QVERIFY(vm.knownHostsSshChanges().isEmpty());
+        const auto deleteEntry = [&vm](qsizetype record) {
+            vm.setSelectedKnownHostEntryID(vm.knownHostsDocument().records().at(record).kind().entry()->id());
+            vm.deleteSelectedKnownHostEntry();
+        };
+        deleteEntry(100);
+        vm.checkWhatSshWillDo();
+        QVERIFY(vm.sshCheckRunning());
+        // In the part already written out: going on would still hold it, and skip a record further on.
+        deleteEntry(50);
+        waitForCheck(vm);
+        QCOMPARE(namesOf(vm.knownHostsSshChanges()), (QStringList { u"host100.example"_s, u"host50.example"_s }));
+    }
+
     void causeLinesAndJump()
     {
         ViewModelFixture fixture;
